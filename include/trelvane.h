@@ -1,0 +1,168 @@
+/*
+ * Trelvane: the engine of the console toolkit for translating and modifying
+ * NES, Super NES and Game Boy cartridge images, as a C interface.
+ *
+ * Every function reports failure through its return value (0 or a null
+ * pointer) and leaves the reason in the process-wide last-error state, whose
+ * text Trelvane_GetLastError() formats. Texts returned by the library lie in
+ * fixed areas that later calls reuse: copy what you keep.
+ */
+#ifndef TRELVANE_H
+#define TRELVANE_H
+
+#if defined(_WIN32)
+#  if defined(TRELVANE_BUILDING_LIBRARY)
+#    define TRELVANE_API __declspec(dllexport)
+#  else
+#    define TRELVANE_API __declspec(dllimport)
+#  endif
+#else
+#  define TRELVANE_API __attribute__((visibility("default")))
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* Message identifiers: 0 for no error, negative otherwise. */
+enum TrelvaneMessage {
+    TLERR_NONE = 0,
+    TLERR_FILE_NOEXT = -100,
+    TLERR_FILE_BADEXT = -101,
+    TLERR_FILE_TOOMANY = -102,
+    TLERR_FILE_NOREAD = -103,
+    TLERR_FILE_NOWRITE = -104,
+    TLERR_FILE_NOCREATE = -105,
+    TLERR_FILE_INVALID = -106,
+    TLERR_ID_BAD = -200,
+    TLERR_FORMAT_BAD = -201,
+    TLERR_EXPECTED = -250,
+    TLERR_NOENCODE = -251,
+    TLERR_UNSUPPORTED = -300,
+    TLERR_UNSPECIFIED = -301,
+    TLERR_UNKNOWN = -302,
+    TLWRN_OBSOLETE = -303,
+    TLERR_NESTED = -350,
+    TLERR_NO_TERMINALS = -351,
+    TLERR_TABLE_OR_COUNT = -352,
+    TLERR_IPS_IDENTICAL = -400,
+    TLERR_IPS_NO_EOF = -401,
+    TLERR_TEXT_NOENCODE = -500,
+    TLERR_TEXT_TOOMUCH = -501,
+    TLMSG_TEXT_INSERTED = -502,
+    TLERR_TEXT_PARAMCOUNT = -503,
+    TLMSG_USAGE_USAGE = -600,
+    TLMSG_USAGE_VALID_CMDS = -601,
+    TLMSG_USAGE_TILES_INSERT = -602,
+    TLMSG_USAGE_TILES_DUMP = -603,
+    TLMSG_USAGE_THINGY_CONVERT = -604,
+    TLMSG_USAGE_STRING_LOCATE = -605,
+    TLMSG_USAGE_SCRIPT_INSERT = -606,
+    TLMSG_USAGE_SCRIPT_DUMP = -607,
+    TLMSG_USAGE_IPS_CREATE = -609,
+    TLMSG_USAGE_PATCH_APPLY = -610,
+    TLMSG_USAGE_FONT_ID = -611,
+    TLERR_USAGE_BADCOMMAND = -612,
+    TLMSG_PARAM_ADDRESS = -650,
+    TLMSG_PARAM_COUNT = -651,
+    TLMSG_PARAM_BMPFILE = -652,
+    TLMSG_PARAM_DUMPFILE = -653,
+    TLMSG_PARAM_FONTFILE = -654,
+    TLMSG_PARAM_IPSFILE = -655,
+    TLMSG_PARAM_ORIGINALFILE = -656,
+    TLMSG_PARAM_PATCHFILE = -657,
+    TLMSG_PARAM_TEXTFILE = -658,
+    TLMSG_PARAM_FORMAT = -659,
+    TLMSG_PARAM_STRING = -660,
+    TLMSG_PARAM_ROM = -661,
+    TLMSG_PARAM_COMMAND = -662,
+    TLMSG_PARAM_PARAMETERS = -663,
+    TLMSG_SEARCH_FOUND = -700,
+    TLMSG_SEARCH_FOUND_WIDE = -701,
+    TLMSG_SEARCH_FOUND_RELATIVE = -702,
+    TLMSG_SEARCH_NOTFOUND = -703,
+    TLMSG_PTABLE_SEARCHING = -800,
+    TLMSG_PTABLE_FOUND = -801,
+    TLMSG_PTABLE_NOTFOUND = -802,
+    TLMSG_PATCH_SUCCESS = -900,
+    TLMSG_TILES_SUCCESS = -901,
+
+    /* Catalogue entries without a symbolic name: a message file names them by number. */
+    MSG_USAGE_POINTER_DUMP = -608,
+    MSG_PARAM_SIZE = -664,
+    MSG_PARAM_FREQUENCY = -665
+};
+
+/* Image types reported for a loaded ROM. */
+enum TrelvaneRomType { ROM_NES = 1, ROM_SNES = 4, ROM_GB = 6 };
+
+/* A table of pointers to strings, plain or split into low/high/bank tables. */
+struct tagPointerTable {
+    int low;       /* offset of the low-byte table of a split table, 0 if not split */
+    int high;      /* offset of the high-byte table, 0 if none */
+    int bank;      /* offset of the bank-byte table, 0 if none */
+    int size;      /* bytes per pointer */
+    int frequency; /* strings per pointer */
+    int count;     /* strings covered by the table */
+    int base;      /* added to a pointer value to give an image offset */
+    int table;     /* offset of the first pointer of a plain table */
+};
+typedef struct tagPointerTable PointerTable;
+
+/* Messages and errors */
+TRELVANE_API char* Trelvane_GetLastError(void);
+TRELVANE_API int Trelvane_GetLastErrorCode(void);
+TRELVANE_API char* Trelvane_GetString(int id);
+TRELVANE_API void Trelvane_SetStringData(int index, const char* text);
+TRELVANE_API void Trelvane_SetStringFile(const char* text);
+
+/* ROM images */
+TRELVANE_API long Trelvane_LoadROM(const char* path);
+TRELVANE_API long Trelvane_SaveROM(const char* path);
+TRELVANE_API void Trelvane_FreeROM(long handle);
+TRELVANE_API long Trelvane_UseROM(long handle);
+
+/* IPS patches */
+TRELVANE_API long Trelvane_CreateIPS(const char* ipsfile, const char* originalfile, const char* modifiedfile);
+TRELVANE_API long Trelvane_ApplyIPS(const char* ipsfile, const char* romfile);
+
+/* Patch scripts */
+TRELVANE_API long Trelvane_PatchFile_Open(const char* file);
+TRELVANE_API long Trelvane_PatchFile_Process(void);
+TRELVANE_API void Trelvane_PatchFile_Close(void);
+
+/* Character tables */
+TRELVANE_API long Trelvane_LoadFont(const char* file);
+TRELVANE_API long Trelvane_SaveFont(long id, const char* file);
+
+/* Text codecs */
+TRELVANE_API char* Trelvane_Encode(long id, const char* text, long* length);
+TRELVANE_API char* Trelvane_Decode(long id, long address, long* length);
+
+/* Pointer tables */
+TRELVANE_API long Trelvane_GetPointer(long id, PointerTable* table, long index);
+TRELVANE_API PointerTable* Trelvane_FindPointerTable(long id, long address);
+TRELVANE_API void Trelvane_AdjustPointerTable(long id, PointerTable* table);
+
+/* String search */
+TRELVANE_API long Trelvane_Locate(const char* pattern, long length);
+TRELVANE_API long Trelvane_LocateWide(const char* pattern, long length);
+TRELVANE_API long Trelvane_LocateRelative(const char* pattern, long length);
+
+/* Script insertion */
+TRELVANE_API long Trelvane_InsertFromFile(int id, const char* file);
+
+/* Tile graphics */
+TRELVANE_API long Trelvane_DecodeTiles(unsigned char* pixels, long width, long height, long address, const char* format);
+TRELVANE_API long Trelvane_EncodeTiles(const unsigned char* pixels, long width, long height, long address, long count,
+                                       const char* format);
+
+/* 16-colour bitmaps */
+TRELVANE_API long Trelvane_WriteBMP(const char* file, const unsigned char* pixels, long width, long height);
+TRELVANE_API long Trelvane_LoadBMP(const char* file, unsigned char* pixels, long* width, long* height);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

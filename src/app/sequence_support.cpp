@@ -1,0 +1,26 @@
+#include "app/sequence_support.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "trelvane.h"
+
+int FailWithLastError() {
+    std::printf("%s\n", Trelvane_GetLastError());
+    return -1;
+}
+
+void PrintMessageLine(int id) { std::printf("%s\n", Trelvane_GetString(id)); }
+
+int ReportUnavailableCommand(const char* command) {
+    std::printf("The %s command is not available in this build.\n", command);
+    return -1;
+}
+
+long ParseNumberArgument(const char* text) {
+    size_t length = std::strlen(text);
+    if (length > 0 && (text[length - 1] == 'h' || text[length - 1] == 'H'))
+        return static_cast<long>(std::strtoul(text, nullptr, 16));
+    return std::strtol(text, nullptr, 10);
+}

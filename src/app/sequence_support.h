@@ -1,0 +1,16 @@
+// What every command sequence shares: printing catalogue texts and errors,
+// and reading number arguments.
+#pragma once
+
+// Prints the formatted last error and a line feed; returns the exit status -1.
+int FailWithLastError();
+
+// Prints catalogue message id followed by a line feed.
+void PrintMessageLine(int id);
+
+// Ends a command whose engine part is not in this build: one line, status -1.
+int ReportUnavailableCommand(const char* command);
+
+// A number argument: hexadecimal digits with a trailing "h" or "H" read as
+// hexadecimal, anything else as a decimal number up to its first non-digit.
+long ParseNumberArgument(const char* text);

@@ -1,0 +1,165 @@
+#include "core/rom_slots.h"
+
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "core/file_bytes.h"
+#include "core/last_error.h"
+#include "trelvane.h"
+
+RomImage CurrentRom;
+
+namespace {
+
+constexpr int MAX_ROMS = 1;
+
+struct RomFormat {
+    const char* extension;
+    int32_t type;
+    int32_t headerLength;
+};
+
+constexpr RomFormat kRomFormats[] = {
+    {"nes", ROM_NES, 16}, {"smc", ROM_SNES, 512}, {"fig", ROM_SNES, 512}, {"gb", ROM_GB, 0}, {"gbc", ROM_GB, 0},
+};
+
+struct RomSlot {
+    std::vector<unsigned char> data;
+    bool loaded = false;
+    int32_t headerLength = 0;
+    int32_t type = 0;
+};
+
+RomSlot slots[MAX_ROMS];
+long slotsInUse = 0;
+long mostRecentLoad = 0;
+long currentHandle = 0;
+
+bool SameTextIgnoringCase(const char* a, const char* b) {
+    for (; *a && *b; ++a, ++b) {
+        unsigned char x = static_cast<unsigned char>(*a), y = static_cast<unsigned char>(*b);
+        if (x >= 'A' && x <= 'Z') x = static_cast<unsigned char>(x - 'A' + 'a');
+        if (y >= 'A' && y <= 'Z') y = static_cast<unsigned char>(y - 'A' + 'a');
+        if (x != y) return false;
+    }
+    return *a == *b;
+}
+
+// The part of path behind its last directory separator. Windows paths use
+// "\"; elsewhere "/" separates directories as well.
+const char* BaseName(const char* path) {
+    const char* base = path;
+    for (const char* p = path; *p; ++p) {
+#ifdef _WIN32
+        if (*p == '\\') base = p + 1;
+#else
+        if (*p == '\\' || *p == '/') base = p + 1;
+#endif
+    }
+    return base;
+}
+
+const RomFormat* FindFormat(const char* extension) {
+    for (const RomFormat& format : kRomFormats)
+        if (SameTextIgnoringCase(format.extension, extension)) return &format;
+    return nullptr;
+}
+
+void MakeCurrent(long handle) {
+    RomSlot& slot = slots[handle - 1];
+    currentHandle = handle;
+    CurrentRom.data = slot.data.data();
+    CurrentRom.size = static_cast<int32_t>(slot.data.size());
+    CurrentRom.headerLength = slot.headerLength;
+    CurrentRom.type = slot.type;
+}
+
+bool HoldsImage(long handle) { return handle >= 1 && handle <= slotsInUse && slots[handle - 1].loaded; }
+
+// The Game Boy cartridge's global checksum: the 16-bit sum of every byte but
+// the checksum's own two, stored high byte first at 0x14E.
+void CorrectGameBoyChecksum() {
+    constexpr int32_t kChecksumAt = 0x14E;
+    if (CurrentRom.size < kChecksumAt + 2) return;  // no cartridge header to correct
+    uint32_t sum = 0;
+    for (int32_t i = 0; i < CurrentRom.size; ++i) sum += CurrentRom.data[i];
+    sum -= CurrentRom.data[kChecksumAt] + CurrentRom.data[kChecksumAt + 1];
+    CurrentRom.data[kChecksumAt] = static_cast<unsigned char>(sum >> 8);
+    CurrentRom.data[kChecksumAt + 1] = static_cast<unsigned char>(sum);
+}
+
+}  // namespace
+
+bool RequireCurrentRom() {
+    if (CurrentRom.type != 0) return true;
+    return SetError(TLERR_ID_BAD, "", 0, 0, "ROM", "0");
+}
+
+bool RomRangeInside(int64_t offset, int64_t length) {
+    return offset >= 0 && length >= 0 && offset <= CurrentRom.size && length <= CurrentRom.size - offset;
+}
+
+extern "C" {
+
+long Trelvane_LoadROM(const char* path) {
+    if (!path) path = "";
+    if (slotsInUse == 0)
+        for (RomSlot& slot : slots) slot = RomSlot();
+    const char* dot = std::strchr(BaseName(path), '.');
+    if (!dot) return SetError(TLERR_FILE_NOEXT, path, 0, 0);
+    const RomFormat* format = FindFormat(dot + 1);
+    if (!format) return SetError(TLERR_FILE_BADEXT, path, 0, 0, dot);
+    long handle = 0;
+    for (int k = 0; k < MAX_ROMS && !handle; ++k)
+        if (!slots[k].loaded) handle = k + 1;
+    if (!handle) return SetError(TLERR_FILE_TOOMANY, path, 0, 0, "ROMs");
+    RomSlot& slot = slots[handle - 1];
+    slot.headerLength = format->headerLength;
+    slot.type = format->type;
+    std::vector<unsigned char> bytes;
+    if (!ReadFileBytes(path, bytes)) return SetError(TLERR_FILE_NOREAD, path, 0, 0);
+    if (bytes.size() < static_cast<size_t>(format->headerLength) || bytes.size() - format->headerLength > INT32_MAX)
+        return SetError(TLERR_FILE_INVALID, path, 0, 0, "ROM image");
+    bytes.erase(bytes.begin(), bytes.begin() + format->headerLength);
+    slot.data = std::move(bytes);
+    slot.loaded = true;
+    MakeCurrent(handle);
+    mostRecentLoad = handle;
+    if (handle > slotsInUse) slotsInUse = handle;
+    return handle;
+}
+
+long Trelvane_SaveROM(const char* path) {
+    if (!path) path = "";
+    if (!RequireCurrentRom()) return 0;
+    if (CurrentRom.type == ROM_GB) CorrectGameBoyChecksum();
+    std::FILE* file = std::fopen(path, "r+b");
+    if (!file) return SetError(TLERR_FILE_NOWRITE, path, 0, 0);
+    if (std::fseek(file, CurrentRom.headerLength, SEEK_SET) == 0)
+        std::fwrite(CurrentRom.data, 1, static_cast<size_t>(CurrentRom.size), file);
+    std::fclose(file);
+    return 1;
+}
+
+void Trelvane_FreeROM(long handle) {
+    if (handle == -1) handle = mostRecentLoad;
+    if (!HoldsImage(handle)) return;
+    RomSlot& slot = slots[handle - 1];
+    if (handle == currentHandle) {
+        CurrentRom = RomImage();
+        currentHandle = 0;
+    }
+    slot.data = std::vector<unsigned char>();
+    slot.loaded = false;
+    if (handle == slotsInUse)
+        while (slotsInUse > 0 && !slots[slotsInUse - 1].loaded) --slotsInUse;
+}
+
+long Trelvane_UseROM(long handle) {
+    if (!HoldsImage(handle)) return SetError(TLERR_ID_BAD, "", 0, 0, "ROM", std::to_string(handle).c_str());
+    MakeCurrent(handle);
+    return 1;
+}
+}

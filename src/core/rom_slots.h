@@ -1,0 +1,21 @@
+// The slot table of loaded ROM images and the current image.
+#pragma once
+
+#include <cstdint>
+
+// The image every text, search, pointer and tile function works on: the
+// file's bytes without its copier header. Offsets into data are "addresses".
+struct RomImage {
+    unsigned char* data = nullptr;
+    int32_t size = 0;
+    int32_t headerLength = 0;
+    int32_t type = 0;
+};
+
+extern RomImage CurrentRom;
+
+// True when an image is current; otherwise reports TLERR_ID_BAD ("ROM", "0").
+bool RequireCurrentRom();
+
+// True when [offset, offset + length) lies inside the current image.
+bool RomRangeInside(int64_t offset, int64_t length);

@@ -1,0 +1,37 @@
+// Shared helpers of the unit and end-to-end tests: a private temporary
+// folder, whole-file input and output, and running the built executable.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+using Bytes = std::vector<unsigned char>;
+
+// A fresh folder under the system's temporary directory, removed with the object.
+class TempDir {
+public:
+    TempDir();
+    ~TempDir();
+    TempDir(const TempDir&) = delete;
+    TempDir& operator=(const TempDir&) = delete;
+    const std::filesystem::path& path() const { return path_; }
+    std::string operator/(const std::string& name) const { return (path_ / name).string(); }
+
+private:
+    std::filesystem::path path_;
+};
+
+void WriteFile(const std::string& path, const Bytes& bytes);
+void WriteFile(const std::string& path, const std::string& text);
+Bytes ReadFile(const std::string& path);
+std::string ReadText(const std::string& path);
+bool FileExists(const std::string& path);
+
+struct RunResult {
+    int status;          // exit status as the shell sees it (0 to 255)
+    std::string output;  // everything written to standard output
+};
+
+// Runs the built trelvane executable with args in folder dir.
+RunResult RunTrelvane(const std::filesystem::path& dir, const std::vector<std::string>& args);
