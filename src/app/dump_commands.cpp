@@ -5,8 +5,6 @@
 #include "app/command_sequences.h"
 #include "app/script_dump.h"
 #include "app/sequence_support.h"
-#include "core/last_error.h"
-#include "core/rom_slots.h"
 #include "trelvane.h"
 
 namespace {
@@ -17,12 +15,13 @@ bool LoadImageAndTable(const CommandLine& line) {
 }
 
 // The count argument at position `at` when it is the last argument, else 0.
-// No image holds more strings than bytes, so a larger count is cut to that.
+// Entry numbers have four hex digits, so a larger count is cut to 65536.
 long CountArgument(const CommandLine& line, int at) {
+    constexpr long kMaxCount = 0x10000;
     if (line.argc != at + 1) return 0;
     long count = ParseNumberArgument(line.argv[at]);
     if (count < 0) return 0;
-    return count > CurrentRom.size ? CurrentRom.size : count;
+    return count > kMaxCount ? kMaxCount : count;
 }
 
 DumpRequest MakeRequest(const CommandLine& line, const PointerTable* table, long count) {
@@ -30,12 +29,14 @@ DumpRequest MakeRequest(const CommandLine& line, const PointerTable* table, long
 }
 
 // A pointer table given by hand must have a size of 1 to 4 bytes and at least
-// one string per pointer.
+// one string per pointer; anything else is refused as not supported.
 bool CheckTableShape(long size, long frequency) {
     if (size >= 1 && size <= 4 && frequency >= 1) return true;
     std::string what = size < 1 || size > 4 ? "Pointer size " + std::to_string(size)
                                              : "Pointer frequency " + std::to_string(frequency);
-    return SetError(TLERR_UNSUPPORTED, "", 0, 0, what.c_str());
+    Trelvane_SetStringData(0, what.c_str());
+    PrintMessageLine(TLERR_UNSUPPORTED);
+    return false;
 }
 
 }  // namespace
@@ -59,7 +60,8 @@ int RunScriptDump(const CommandLine& line) {
 int RunPointerDump(const CommandLine& line) {
     long size = ParseNumberArgument(line.argv[6]);
     long frequency = ParseNumberArgument(line.argv[7]);
-    if (!CheckTableShape(size, frequency) || !LoadImageAndTable(line)) return FailWithLastError();
+    if (!CheckTableShape(size, frequency)) return -1;
+    if (!LoadImageAndTable(line)) return FailWithLastError();
     PointerTable table{};
     table.table = static_cast<int>(ParseNumberArgument(line.argv[5]));
     table.size = static_cast<int>(size);

@@ -4,10 +4,9 @@
 #include <cstdio>
 #include <string>
 
+#include "app/output_file.h"
 #include "app/sequence_support.h"
-#include "core/file_bytes.h"
-#include "core/last_error.h"
-#include "script/pointer_table.h"
+#include "script/pointer_width.h"
 
 namespace {
 
@@ -119,9 +118,10 @@ int DumpScript(const DumpRequest& request) {
     std::string out = std::string("load \"") + request.tableFile + "\"\r\n";
     if (request.table && request.count > 0) AppendHeader(out, request);
     AppendEntries(out, request);
-    bool written = WriteNewFile(request.dumpFile, out.data(), out.size());
+    bool written = WriteOutputFile(request.dumpFile, out.data(), out.size());
     Trelvane_FreeROM(-1);
     if (written) return 0;
-    SetError(TLERR_FILE_NOCREATE, request.dumpFile, 0, 0);
-    return FailWithLastError();
+    Trelvane_SetStringFile(request.dumpFile);
+    PrintMessageLine(TLERR_FILE_NOCREATE);
+    return -1;
 }

@@ -3,6 +3,7 @@
 
 #include "core/rom_slots.h"
 #include "script/pointer_table.h"
+#include "script/pointer_width.h"
 #include "script/string_measure.h"
 #include "script/string_search.h"
 

@@ -91,12 +91,6 @@ bool ContinuesTable(long fontId, int64_t current, int64_t next, int32_t frequenc
 
 int32_t EffectiveFrequency(const PointerTable& table) { return std::max(table.frequency, 1); }
 
-int64_t PointerWidthMask(int32_t size) {
-    if (size <= 0) return 0;
-    if (size >= 4) return 0xFFFFFFFF;
-    return (int64_t{1} << (8 * size)) - 1;
-}
-
 bool ReadPointerEntry(const PointerTable& table, int64_t entry, int64_t& value) {
     return IsSplit(table) ? ReadSplitEntry(table, entry, value) : ReadPlainEntry(table, entry, value);
 }

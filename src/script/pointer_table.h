@@ -16,7 +16,3 @@ bool PointerEntryTarget(const PointerTable& table, int64_t entry, int64_t& targe
 
 // Strings per pointer as the readers use it: a frequency below 1 counts as 1.
 int32_t EffectiveFrequency(const PointerTable& table);
-
-// Bits a pointer of the given size holds: 0, 0xFF, 0xFFFF, 0xFFFFFF, and all
-// 32 bits for 4 and above.
-int64_t PointerWidthMask(int32_t size);
