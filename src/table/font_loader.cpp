@@ -1,6 +1,7 @@
 // Loading a character table: the file name's extension picks the reader.
 #include <cstring>
 
+#include "core/text_compare.h"
 #include "table/table_reader.h"
 #include "table/thingy_reader.h"
 #include "trelvane.h"
@@ -12,11 +13,7 @@ namespace {
 bool IsThingyName(const char* name) {
     const char* at = name + std::strlen(name);
     while (at > name && at[-1] != '.' && at[-1] != '\\' && at[-1] != '/') --at;
-    if (at == name || at[-1] != '.') return false;
-    const char* lower = "tbl";
-    for (; *at && *lower; ++at, ++lower)
-        if ((*at | 0x20) != *lower) return false;
-    return !*at && !*lower;
+    return at > name && at[-1] == '.' && SameTextIgnoringCase(at, "tbl");
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "core/last_error.h"
+#include "core/text_compare.h"
 #include "table/font_set.h"
 #include "trelvane.h"
 
@@ -80,13 +81,6 @@ Match MatchTableText(const Font& font, const char* at) {
     return best;
 }
 
-char LowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
-bool SameIgnoringCase(const char* a, const char* b) {
-    for (; *a && LowerAscii(*a) == LowerAscii(*b); ++a, ++b) {}
-    return *a == *b;
-}
-
 // A backslash stands for the entry named <backNN>, NN being the number of
 // characters consumed before it.
 Match MatchBackslash(const Font& font, size_t consumed) {
@@ -97,7 +91,7 @@ Match MatchBackslash(const Font& font, size_t consumed) {
     Match match;
     for (int i = index.start['<']; i < index.start['<' + 1]; ++i) {
         int entry = index.entries[i];
-        if (SameIgnoringCase(font.texts[entry], name)) {
+        if (SameTextIgnoringCase(font.texts[entry], name)) {
             match.entry = entry;
             match.length = 1;
             break;
