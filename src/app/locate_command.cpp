@@ -11,12 +11,14 @@ constexpr int kEnoughMatches = 10;
 
 using Search = long (*)(const char* pattern, long length);
 
-// Prints one line per match of search, numbering on from count.
-void PrintMatches(Search search, int message, const std::vector<char>& pattern, int& count) {
+// Prints one line per match of search, numbering on from count; returns how
+// many lines it printed.
+int PrintMatches(Search search, int message, const std::vector<char>& pattern, int& count) {
     long length = static_cast<long>(pattern.size());
+    int first = count;
     for (long found = search(pattern.data(), length); found != 0; found = search(pattern.data(), length)) {
         ++count;
-        char number[16], offset[16], plainNumber[16];
+        char number[24], offset[24], plainNumber[24];
         std::snprintf(number, sizeof number, "%3d", count);
         std::snprintf(offset, sizeof offset, "%06lXh", static_cast<unsigned long>(found));
         std::snprintf(plainNumber, sizeof plainNumber, "%d", count);
@@ -25,6 +27,7 @@ void PrintMatches(Search search, int message, const std::vector<char>& pattern, 
         Trelvane_SetStringData(2, plainNumber);
         PrintMessageLine(message);
     }
+    return count - first;
 }
 
 }  // namespace
@@ -37,10 +40,12 @@ int RunStringLocate(const CommandLine& line) {
     // The pattern leaves out the terminal code the encoder appends.
     std::vector<char> pattern(encoded, encoded + (encodedLength > 0 ? encodedLength - 1 : 0));
     Trelvane_SetStringData(3, line.argv[4]);
+    // Each search is judged by its own lines: a search that printed ten or
+    // more ends the run, but the numbers count every line.
     int count = 0;
-    PrintMatches(Trelvane_Locate, TLMSG_SEARCH_FOUND, pattern, count);
-    if (count < kEnoughMatches) PrintMatches(Trelvane_LocateWide, TLMSG_SEARCH_FOUND_WIDE, pattern, count);
-    if (count < kEnoughMatches) PrintMatches(Trelvane_LocateRelative, TLMSG_SEARCH_FOUND_RELATIVE, pattern, count);
+    bool enough = PrintMatches(Trelvane_Locate, TLMSG_SEARCH_FOUND, pattern, count) >= kEnoughMatches;
+    if (!enough) enough = PrintMatches(Trelvane_LocateWide, TLMSG_SEARCH_FOUND_WIDE, pattern, count) >= kEnoughMatches;
+    if (!enough) PrintMatches(Trelvane_LocateRelative, TLMSG_SEARCH_FOUND_RELATIVE, pattern, count);
     Trelvane_FreeROM(-1);
     if (count > 0) return 0;
     PrintMessageLine(TLMSG_SEARCH_NOTFOUND);

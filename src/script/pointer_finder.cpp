@@ -1,5 +1,6 @@
 #include <cstdlib>
 #include <cstring>
+#include <initializer_list>
 
 #include "core/rom_slots.h"
 #include "script/pointer_table.h"

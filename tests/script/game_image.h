@@ -59,18 +59,18 @@ public:
     // Writes values little-endian, size bytes each, from at.
     void PutPointers(size_t at, int size, const std::vector<int64_t>& values) {
         for (int64_t value : values)
-            for (int i = 0; i < size; ++i) bytes[at++] = static_cast<unsigned char>(value >> 8 * i);
+            for (int i = 0; i < size; ++i) bytes.at(at++) = static_cast<unsigned char>(value >> 8 * i);
     }
 
     // Writes byte `shift` of every value, one byte per value, from at.
     void PutPointerBytes(size_t at, int shift, const std::vector<int64_t>& values) {
-        for (int64_t value : values) bytes[at++] = static_cast<unsigned char>(value >> 8 * shift);
+        for (int64_t value : values) bytes.at(at++) = static_cast<unsigned char>(value >> 8 * shift);
     }
 
     // The image as a .nes file: a 16-byte copier header in front.
     void WriteNes(const std::string& path) const {
-        Bytes file(16, 0);
-        file.insert(file.end(), bytes.begin(), bytes.end());
+        Bytes file(16 + bytes.size(), 0);
+        std::copy(bytes.begin(), bytes.end(), file.begin() + 16);
         WriteFile(path, file);
     }
 
@@ -84,9 +84,16 @@ inline std::vector<int64_t> PointerValues(const std::vector<int64_t>& offsets, i
     return values;
 }
 
-// Texts of differing lengths: "Line 0 x", "Line 1 xx", ...
-inline std::vector<std::string> NumberedTexts(int count) {
+// Texts of differing lengths: "Line 0 x", "Line 1 xx", ... with `extra` more
+// x's each.
+inline std::vector<std::string> NumberedTexts(int count, size_t extra = 0) {
     std::vector<std::string> texts;
-    for (int i = 0; i < count; ++i) texts.push_back("Line " + std::to_string(i) + " " + std::string(i % 7 + 1, 'x'));
+    for (int i = 0; i < count; ++i) {
+        std::string text = "Line ";
+        text += std::to_string(i);
+        text += ' ';
+        text.append(extra + static_cast<size_t>(i % 7) + 1, 'x');
+        texts.push_back(text);
+    }
     return texts;
 }

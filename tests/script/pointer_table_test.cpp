@@ -98,9 +98,7 @@ TEST_F(PointerTableTest, SingleByteTablesBecomeSplitTables) {
     GameImage image(0x40000);
     // Low and high bytes in separate tables. Of two copies of the high bytes,
     // the one nearer the low table wins.
-    std::vector<std::string> longTexts;
-    for (int i = 0; i < 20; ++i) longTexts.push_back("Line " + std::to_string(i) + std::string(30 + i % 7, 'x'));
-    std::vector<int64_t> strings = image.PutStrings(0x10010, longTexts);
+    std::vector<int64_t> strings = image.PutStrings(0x10010, NumberedTexts(20, 30));
     std::vector<int64_t> values = PointerValues(strings, 0x10000);
     image.PutPointerBytes(0x3000, 0, values);
     image.PutPointerBytes(0x2400, 1, values);
