@@ -96,7 +96,7 @@ bool Insertion::AddTextLine(const std::string& line, int32_t lineNumber) {
     if (text_.empty() && piece.empty()) return true;
     size_t joined = text_.size() + (text_.empty() ? 0 : 1) + piece.size();
     if (joined > kMaxStringText)
-        return SetError(TLERR_TEXT_NOENCODE, reader_.FileName(), lineNumber, 1, line.c_str());
+        return SetError(TLERR_TEXT_NOENCODE, reader_.FileName(), lineNumber, 1, "string longer than 2047 characters");
     if (!text_.empty()) text_ += '\n';
     text_ += piece;
     return true;

@@ -41,12 +41,6 @@ std::string FirstEntries(const std::string& bank) {
            "\r\n[0003] ; " + bank + "0024\r\n; End\r\n; \r\nM03\r\n";
 }
 
-bool StartsWith(const std::string& text, const std::string& start) { return text.compare(0, start.size(), start) == 0; }
-
-bool EndsWith(const std::string& text, const std::string& end) {
-    return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
-}
-
 TEST_F(ScriptDumpCommandsTest, DumpWithFoundTableWritesHeaderAndEntries) {
     RunResult run = Run(DumpGame(), {"d", "game.tbl", "out.txt", "10010h", "4"});
     EXPECT_EQ(run.status, 0);
