@@ -1,0 +1,26 @@
+// Planar 8 x 8 tile formats and their conversion to one byte per pixel.
+#pragma once
+
+// A format stores bit k of each pixel value in bit plane k: tile row y of
+// plane k is the byte at planeOffset[k] + rowStride * y, leftmost pixel in
+// bit 7. Formats with negatedValues store (-value) mod 4 instead of value.
+struct TileFormat {
+    const char* name;
+    int code;
+    int planeCount;
+    int planeOffset[4];
+    int rowStride;
+    bool negatedValues;
+
+    int BytesPerTile() const { return planeCount * 8; }
+};
+
+// The format with this name, compared without regard to case; null if none.
+const TileFormat* FindTileFormat(const char* name);
+
+// True when a and b hold the same text apart from the case of A to Z.
+bool SameTextIgnoringCase(const char* a, const char* b);
+
+// One tile between the image and a pixel array whose rows are width bytes apart.
+void DecodeTile(const TileFormat& format, const unsigned char* tile, unsigned char* pixels, long width);
+void EncodeTile(const TileFormat& format, const unsigned char* pixels, long width, unsigned char* tile);
