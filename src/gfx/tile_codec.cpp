@@ -75,12 +75,14 @@ void DecodeTile(const TileFormat& format, const unsigned char* tile, unsigned ch
 
 void EncodeTile(const TileFormat& format, const unsigned char* pixels, long width, unsigned char* tile) {
     for (int y = 0; y < 8; ++y, pixels += width) {
-        for (int plane = 0; plane < format.planeCount; ++plane) {
-            unsigned char row = 0;
-            for (int x = 0; x < 8; ++x)
-                if (StoredValue(format, pixels[x]) & (1u << plane)) row |= static_cast<unsigned char>(0x80 >> x);
-            tile[format.planeOffset[plane] + format.rowStride * y] = row;
+        unsigned char planeRows[TILE_MAX_PLANES] = {};
+        for (int x = 0; x < 8; ++x) {
+            const unsigned stored = StoredValue(format, pixels[x]);
+            for (int plane = 0; plane < TILE_MAX_PLANES; ++plane)
+                if (stored & (1u << plane)) planeRows[plane] |= static_cast<unsigned char>(0x80 >> x);
         }
+        for (int plane = 0; plane < format.planeCount; ++plane)
+            tile[format.planeOffset[plane] + format.rowStride * y] = planeRows[plane];
     }
 }
 

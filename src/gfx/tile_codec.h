@@ -4,11 +4,13 @@
 // A format stores bit k of each pixel value in bit plane k: tile row y of
 // plane k is the byte at planeOffset[k] + rowStride * y, leftmost pixel in
 // bit 7. Formats with negatedValues store (-value) mod 4 instead of value.
+constexpr int TILE_MAX_PLANES = 4;
+
 struct TileFormat {
     const char* name;
     int code;
     int planeCount;
-    int planeOffset[4];
+    int planeOffset[TILE_MAX_PLANES];
     int rowStride;
     bool negatedValues;
 
