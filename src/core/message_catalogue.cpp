@@ -1,10 +1,102 @@
+#include "core/message_catalogue.h"
+
+#include "core/last_error.h"
 #include "trelvane.h"
 
-// Placeholder until the catalogue lands: every text is the fallback.
-extern "C" {
-char* Trelvane_GetString(int) {
-    static char text[] = "Unknown error";
-    return text;
+namespace {
+
+struct CatalogueEntry {
+    int id;
+    const char* name;  // null for the entries a message file names by number
+    const char* text;  // null for TLERR_NESTED, whose text is the file field
+};
+
+constexpr CatalogueEntry kCatalogue[] = {
+    {TLERR_NONE, "TLERR_NONE", "No errors occurred."},
+    {TLERR_FILE_NOEXT, "TLERR_FILE_NOEXT", "You must specify an extension on [file]."},
+    {TLERR_FILE_BADEXT, "TLERR_FILE_BADEXT", "Unknown file type: [data0]."},
+    {TLERR_FILE_TOOMANY, "TLERR_FILE_TOOMANY", "Error opening [file]: Too many [data0] open."},
+    {TLERR_FILE_NOREAD, "TLERR_FILE_NOREAD", "Error opening [file]."},
+    {TLERR_FILE_NOWRITE, "TLERR_FILE_NOWRITE", "Error opening [file] for writing."},
+    {TLERR_FILE_NOCREATE, "TLERR_FILE_NOCREATE", "Error creating [file]."},
+    {TLERR_FILE_INVALID, "TLERR_FILE_INVALID", "[file] does not seem to be a valid [data0]."},
+    {TLERR_ID_BAD, "TLERR_ID_BAD", "Invalid [data0] ID: [data1]"},
+    {TLERR_FORMAT_BAD, "TLERR_FORMAT_BAD", "Unknown format: [data0]"},
+    {TLERR_EXPECTED, "TLERR_EXPECTED", "[file]:[line],[column]:Expected '[data0]', found '[data1]'."},
+    {TLERR_NOENCODE, "TLERR_NOENCODE", "Unable to encode: [data0]"},
+    {TLERR_UNSUPPORTED, "TLERR_UNSUPPORTED", "[data0] not supported."},
+    {TLERR_UNSPECIFIED, "TLERR_UNSPECIFIED", "[file]:[data0] unspecified."},
+    {TLERR_UNKNOWN, "TLERR_UNKNOWN", "[file]:[line],[column]:Unknown command: [data0]"},
+    {TLWRN_OBSOLETE, "TLWRN_OBSOLETE", "[file]:[line],[column]:Obsolete command: [data0]"},
+    {TLERR_NESTED, "TLERR_NESTED", nullptr},
+    {TLERR_NO_TERMINALS, "TLERR_NO_TERMINALS", "[file] contains no terminal codes."},
+    {TLERR_TABLE_OR_COUNT, "TLERR_TABLE_OR_COUNT", "Cannot dump script without pointer table unless count specified."},
+    {TLERR_IPS_IDENTICAL, "TLERR_IPS_IDENTICAL", "Files identical. IPS not created."},
+    {TLERR_IPS_NO_EOF, "TLERR_IPS_NO_EOF", "EOF not found at block marker in [file]."},
+    {TLERR_TEXT_NOENCODE, "TLERR_TEXT_NOENCODE", "[file]:[line],[column]:Unable to encode: [data0]"},
+    {TLERR_TEXT_TOOMUCH, "TLERR_TEXT_TOOMUCH", "[file]:Too much space used - [data0]/[data1] ([data2])"},
+    {TLMSG_TEXT_INSERTED, "TLMSG_TEXT_INSERTED", "[file]:[data3] strings - [data0]/[data1] ([data2])"},
+    {TLERR_TEXT_PARAMCOUNT, "TLERR_TEXT_PARAMCOUNT", "[file]:[line],[column]:Unsupported data length:[data0]"},
+    {TLMSG_USAGE_USAGE, "TLMSG_USAGE_USAGE", "usage"},
+    {TLMSG_USAGE_VALID_CMDS, "TLMSG_USAGE_VALID_CMDS", "valid command/parameters are:"},
+    {TLMSG_USAGE_TILES_INSERT, "TLMSG_USAGE_TILES_INSERT", "insert tile graphics"},
+    {TLMSG_USAGE_TILES_DUMP, "TLMSG_USAGE_TILES_DUMP", "bmp tile graphics dump"},
+    {TLMSG_USAGE_THINGY_CONVERT, "TLMSG_USAGE_THINGY_CONVERT",
+     "convert thingy table to trelvane file, <rom> = thingy table"},
+    {TLMSG_USAGE_STRING_LOCATE, "TLMSG_USAGE_STRING_LOCATE", "locate string"},
+    {TLMSG_USAGE_SCRIPT_INSERT, "TLMSG_USAGE_SCRIPT_INSERT", "insert script"},
+    {TLMSG_USAGE_SCRIPT_DUMP, "TLMSG_USAGE_SCRIPT_DUMP", "dump script"},
+    {MSG_USAGE_POINTER_DUMP, nullptr, "pointer dump"},
+    {TLMSG_USAGE_IPS_CREATE, "TLMSG_USAGE_IPS_CREATE", "create ips file"},
+    {TLMSG_USAGE_PATCH_APPLY, "TLMSG_USAGE_PATCH_APPLY", "apply patch file"},
+    {TLMSG_USAGE_FONT_ID, "TLMSG_USAGE_FONT_ID", "where # is the font ID to use (1 if unspecified)"},
+    {TLERR_USAGE_BADCOMMAND, "TLERR_USAGE_BADCOMMAND", "Unknown command: [data0]"},
+    {TLMSG_PARAM_ADDRESS, "TLMSG_PARAM_ADDRESS", "address"},
+    {TLMSG_PARAM_COUNT, "TLMSG_PARAM_COUNT", "count"},
+    {TLMSG_PARAM_BMPFILE, "TLMSG_PARAM_BMPFILE", "bmpfile"},
+    {TLMSG_PARAM_DUMPFILE, "TLMSG_PARAM_DUMPFILE", "dumpfile"},
+    {TLMSG_PARAM_FONTFILE, "TLMSG_PARAM_FONTFILE", "fontfile"},
+    {TLMSG_PARAM_IPSFILE, "TLMSG_PARAM_IPSFILE", "ipsfile"},
+    {TLMSG_PARAM_ORIGINALFILE, "TLMSG_PARAM_ORIGINALFILE", "originalrom"},
+    {TLMSG_PARAM_PATCHFILE, "TLMSG_PARAM_PATCHFILE", "patchfile"},
+    {TLMSG_PARAM_TEXTFILE, "TLMSG_PARAM_TEXTFILE", "textfile"},
+    {TLMSG_PARAM_FORMAT, "TLMSG_PARAM_FORMAT", "format"},
+    {TLMSG_PARAM_STRING, "TLMSG_PARAM_STRING", "string"},
+    {TLMSG_PARAM_ROM, "TLMSG_PARAM_ROM", "rom"},
+    {TLMSG_PARAM_COMMAND, "TLMSG_PARAM_COMMAND", "command"},
+    {TLMSG_PARAM_PARAMETERS, "TLMSG_PARAM_PARAMETERS", "parameters"},
+    {MSG_PARAM_SIZE, nullptr, "size"},
+    {MSG_PARAM_FREQUENCY, nullptr, "frequency"},
+    {TLMSG_SEARCH_FOUND, "TLMSG_SEARCH_FOUND", " [data0] [data1]"},
+    {TLMSG_SEARCH_FOUND_WIDE, "TLMSG_SEARCH_FOUND_WIDE", "?[data0] [data1]"},
+    {TLMSG_SEARCH_FOUND_RELATIVE, "TLMSG_SEARCH_FOUND_RELATIVE", "*[data0] [data1]"},
+    {TLMSG_SEARCH_NOTFOUND, "TLMSG_SEARCH_NOTFOUND", "No matches found."},
+    {TLMSG_PTABLE_SEARCHING, "TLMSG_PTABLE_SEARCHING", "Searching for pointer table..."},
+    {TLMSG_PTABLE_FOUND, "TLMSG_PTABLE_FOUND", "found."},
+    {TLMSG_PTABLE_NOTFOUND, "TLMSG_PTABLE_NOTFOUND", "not found."},
+    {TLMSG_PATCH_SUCCESS, "TLMSG_PATCH_SUCCESS", "[file]: Patch successful"},
+    {TLMSG_TILES_SUCCESS, "TLMSG_TILES_SUCCESS", "[file]: Graphics updated"},
+};
+
+constexpr const char* kUnknownText = "Unknown error";
+
+const CatalogueEntry* FindEntry(int id) {
+    for (const CatalogueEntry& entry : kCatalogue)
+        if (entry.id == id) return &entry;
+    return nullptr;
 }
-char* Trelvane_GetLastError(void) { return Trelvane_GetString(Trelvane_GetLastErrorCode()); }
+
+}  // namespace
+
+std::string MessageName(int id) {
+    const CatalogueEntry* entry = FindEntry(id);
+    return entry && entry->name ? entry->name : std::to_string(id);
+}
+
+const char* DefaultMessageText(int id) {
+    const CatalogueEntry* entry = FindEntry(id);
+    if (!entry) return kUnknownText;
+    if (entry->text) return entry->text;
+    const std::string& nested = LastError().file;
+    return nested.empty() ? kUnknownText : nested.c_str();
 }

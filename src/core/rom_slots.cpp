@@ -7,6 +7,7 @@
 
 #include "core/file_bytes.h"
 #include "core/last_error.h"
+#include "core/text_compare.h"
 #include "trelvane.h"
 
 RomImage CurrentRom;
@@ -36,16 +37,6 @@ RomSlot slots[MAX_ROMS];
 long slotsInUse = 0;
 long mostRecentLoad = 0;
 long currentHandle = 0;
-
-bool SameTextIgnoringCase(const char* a, const char* b) {
-    for (; *a && *b; ++a, ++b) {
-        unsigned char x = static_cast<unsigned char>(*a), y = static_cast<unsigned char>(*b);
-        if (x >= 'A' && x <= 'Z') x = static_cast<unsigned char>(x - 'A' + 'a');
-        if (y >= 'A' && y <= 'Z') y = static_cast<unsigned char>(y - 'A' + 'a');
-        if (x != y) return false;
-    }
-    return *a == *b;
-}
 
 // The part of path behind its last directory separator. Windows paths use
 // "\"; elsewhere "/" separates directories as well.

@@ -56,10 +56,14 @@ std::string ReadText(const std::string& path) {
 bool FileExists(const std::string& path) { return std::filesystem::exists(path); }
 
 RunResult RunTrelvane(const std::filesystem::path& dir, const std::vector<std::string>& args) {
+    return RunProgram(dir, TRELVANE_EXE, args);
+}
+
+RunResult RunProgram(const std::filesystem::path& dir, const std::string& program, const std::vector<std::string>& args) {
     std::string command("cd ");
     command += ShellQuote(dir.string());
     command += " && ";
-    command += ShellQuote(TRELVANE_EXE);
+    command += ShellQuote(program);
     for (const std::string& arg : args) {
         command += ' ';
         command += ShellQuote(arg);

@@ -35,3 +35,6 @@ struct RunResult {
 
 // Runs the built trelvane executable with args in folder dir.
 RunResult RunTrelvane(const std::filesystem::path& dir, const std::vector<std::string>& args);
+
+// Runs program (a path) with args in folder dir.
+RunResult RunProgram(const std::filesystem::path& dir, const std::string& program, const std::vector<std::string>& args);

@@ -1,0 +1,8 @@
+// The full usage screen (banner and every command) and the short usage
+// screen of one command.
+#pragma once
+
+#include "app/command_table.h"
+
+void PrintFullUsage();
+void PrintShortUsage(const CommandEntry& command);
