@@ -4,6 +4,7 @@
 
 #include "app/command_sequences.h"
 #include "app/sequence_support.h"
+#include "core/text_compare.h"
 #include "trelvane.h"
 
 namespace {
@@ -18,13 +19,6 @@ struct ExtensionFormat {
 constexpr ExtensionFormat kExtensionFormats[] = {
     {".nes", "NES"}, {".smc", "SNES2"}, {".fig", "SNES2"}, {".gb", "GB"}, {".gbc", "GB"},
 };
-
-bool SameExtension(const char* a, const char* b) {
-    auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
-    for (; *a && *b; ++a, ++b)
-        if (lower(*a) != lower(*b)) return false;
-    return *a == *b;
-}
 
 // Argument 5 when given, otherwise the format the ROM's extension implies.
 const char* TileFormatArgument(const CommandLine& line) {
@@ -43,7 +37,7 @@ const char* TileFormatForRomName(const char* romName) {
     const char* extension = std::strrchr(romName, '.');
     if (extension)
         for (const ExtensionFormat& entry : kExtensionFormats)
-            if (SameExtension(entry.extension, extension)) return entry.format;
+            if (SameTextIgnoringCase(entry.extension, extension)) return entry.format;
     return "???";
 }
 

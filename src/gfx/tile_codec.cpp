@@ -5,6 +5,7 @@
 
 #include "core/last_error.h"
 #include "core/rom_slots.h"
+#include "core/text_compare.h"
 #include "trelvane.h"
 
 namespace {
@@ -47,13 +48,6 @@ const TileFormat* RequireTileFormat(const char* name) {
 }
 
 }  // namespace
-
-bool SameTextIgnoringCase(const char* a, const char* b) {
-    auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
-    for (; *a && *b; ++a, ++b)
-        if (lower(*a) != lower(*b)) return false;
-    return *a == *b;
-}
 
 const TileFormat* FindTileFormat(const char* name) {
     if (!name) return nullptr;

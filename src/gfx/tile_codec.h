@@ -20,9 +20,6 @@ struct TileFormat {
 // The format with this name, compared without regard to case; null if none.
 const TileFormat* FindTileFormat(const char* name);
 
-// True when a and b hold the same text apart from the case of A to Z.
-bool SameTextIgnoringCase(const char* a, const char* b);
-
 // One tile between the image and a pixel array whose rows are width bytes apart.
 void DecodeTile(const TileFormat& format, const unsigned char* tile, unsigned char* pixels, long width);
 void EncodeTile(const TileFormat& format, const unsigned char* pixels, long width, unsigned char* tile);
