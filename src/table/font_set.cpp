@@ -1,0 +1,106 @@
+#include "table/font_set.h"
+
+#include <cstring>
+#include <string>
+#include <string_view>
+
+#include "core/last_error.h"
+#include "trelvane.h"
+
+FontSet TheFontSet;
+
+namespace {
+
+// The index lists, for every first byte, the entries whose text starts with
+// it: a counting sort keeps entry-index order inside each byte's run.
+void BuildEncoderIndex(Font& font) {
+    EncoderIndex& index = font.index;
+    index = EncoderIndex();
+    int last = LastEntryIndex(font);
+    int perByte[256] = {};
+    for (int entry = 0; entry <= last; ++entry) {
+        const char* text = font.texts[entry];
+        uint8_t flags = font.flags[entry];
+        if (index.newlineEntry < 0 && (flags & ENTRY_NEWLINE)) index.newlineEntry = entry;
+        index.markAt[entry] = -1;
+        if (!text) continue;
+        if (index.terminalEntry < 0 && (flags & ENTRY_TERMINAL) && !*text) index.terminalEntry = entry;
+        index.textLength[entry] = static_cast<uint16_t>(std::strlen(text));
+        const char* mark = std::strchr(text, PARAMETER_MARK);
+        if (mark && (flags & ENTRY_PARAM)) index.markAt[entry] = static_cast<int16_t>(mark - text);
+        if (*text) ++perByte[static_cast<unsigned char>(*text)];
+    }
+    for (int b = 0; b < 256; ++b) index.start[b + 1] = static_cast<uint16_t>(index.start[b] + perByte[b]);
+    uint16_t next[256];
+    std::memcpy(next, index.start, sizeof next);
+    for (int entry = 0; entry <= last; ++entry) {
+        const char* text = font.texts[entry];
+        if (text && *text) index.entries[next[static_cast<unsigned char>(*text)]++] = static_cast<uint16_t>(entry);
+    }
+}
+
+bool HasTerminalCode(const Font& font) {
+    for (int entry = 0; entry <= LastEntryIndex(font); ++entry)
+        if (font.flags[entry] & ENTRY_TERMINAL) return true;
+    return false;
+}
+
+}  // namespace
+
+void ResetFontSet() {
+    static const FontSet empty;
+    TheFontSet = empty;
+}
+
+const Font* FindFont(long id, const char* file) {
+    if (id >= 1 && id <= TheFontSet.fontCount) return &TheFontSet.fonts[id - 1];
+    SetError(TLERR_ID_BAD, file, 0, 0, "font", std::to_string(id).c_str());
+    return nullptr;
+}
+
+const char* InternString(const char* text) {
+    // A stored text ends with its zero byte, so searching for the text with
+    // its own zero byte finds exactly the stored texts it is a tail of.
+    std::string_view stored(TheFontSet.pool, static_cast<size_t>(TheFontSet.poolEnd));
+    std::string_view wanted(text, std::strlen(text) + 1);
+    size_t found = stored.find(wanted);
+    if (found != std::string_view::npos) return TheFontSet.pool + found;
+    if (wanted.size() > static_cast<size_t>(POOL_SIZE - TheFontSet.poolEnd)) return nullptr;
+    char* place = TheFontSet.pool + TheFontSet.poolEnd;
+    std::memcpy(place, wanted.data(), wanted.size());
+    TheFontSet.poolEnd += static_cast<int>(wanted.size());
+    return place;
+}
+
+bool SetEntryText(Font& font, int entry, const char* text) {
+    const char* pooled = InternString(text);
+    if (!pooled) return SetError(TLERR_UNSUPPORTED, "", 0, 0, "More than 32768 bytes of table text");
+    font.texts[entry] = pooled;
+    return true;
+}
+
+Font* NextFreeSlot(const char* file) {
+    if (TheFontSet.fontCount < MAX_FONTS) return &TheFontSet.fonts[TheFontSet.fontCount];
+    SetError(TLERR_FILE_TOOMANY, file, 0, 0, "fonts");
+    return nullptr;
+}
+
+int DefineTwoByteCode(Font& font, uint16_t code) {
+    int n = font.twoByteCounter;
+    if (n > TWO_BYTE_LIMIT) return SetError(TLERR_UNSUPPORTED, "", 0, 0, "More than 254 two-byte codes");
+    font.twoByteCodes[n] = code;
+    font.twoByteMap[code] = static_cast<uint8_t>(n);
+    font.flags[code >> 8] |= ENTRY_PARAM;
+    font.twoByteCounter = static_cast<uint8_t>(n + 1);
+    return TWO_BYTE_FIRST_ENTRY + n;
+}
+
+long CompleteLoad(const char* file, int slots) {
+    int first = TheFontSet.fontCount;
+    if (!HasTerminalCode(TheFontSet.fonts[first])) return SetError(TLERR_NO_TERMINALS, file, 0, 0);
+    for (int slot = first; slot < first + slots; ++slot) BuildEncoderIndex(TheFontSet.fonts[slot]);
+    TheFontSet.fontCount = static_cast<uint8_t>(first + slots);
+    return first + 1;
+}
+
+int32_t EncodedLength() { return TheFontSet.lastLength; }

@@ -1,0 +1,37 @@
+#include <gtest/gtest.h>
+
+#include "support/test_support.h"
+
+namespace {
+
+TEST(ThingyCommandTest, ConvertsAThingyTableByteForByte) {
+    TempDir dir;
+    WriteFile(dir / "game.tbl", std::string("41=A\r\n42=B b\r\n8140=X\r\n$05=2\r\n*FE\r\n/FF\r\n"));
+    RunResult run = RunTrelvane(dir.path(), {"game.tbl", "c", "game.txt"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.output, "");
+    EXPECT_EQ(ReadText(dir / "game.txt"),
+              "; Trelvane table\r\n\r\n"
+              "[05]   \"<05 @>\" byte\r\n"
+              "[41]   \"A\"\r\n"
+              "[42]   \"B b\"\r\n"
+              "[FE]   newline\r\n"
+              "[FF]   terminal\r\n"
+              "\r\n"
+              "[8140] \"X\"\r\n");
+}
+
+TEST(ThingyCommandTest, FailuresPrintTheErrorAndWriteNothing) {
+    TempDir dir;
+    WriteFile(dir / "bad.tbl", std::string("41=A\n42 B\n/FF\n"));
+    RunResult run = RunTrelvane(dir.path(), {"bad.tbl", "C", "out.txt"});
+    EXPECT_EQ(run.status, 255);
+    EXPECT_EQ(run.output, "bad.tbl:2,3:Expected '=', found ' '.\n");
+    EXPECT_FALSE(FileExists(dir / "out.txt"));
+    run = RunTrelvane(dir.path(), {"none.tbl", "c", "out.txt"});
+    EXPECT_EQ(run.status, 255);
+    EXPECT_EQ(run.output, "Error opening none.tbl.\n");
+    EXPECT_FALSE(FileExists(dir / "out.txt"));
+}
+
+}  // namespace
