@@ -92,9 +92,7 @@ TEST_F(ScriptDumpCommandsTest, DumpOfSplitTables) {
     std::vector<int64_t> values = PointerValues(strings, 0x10000);
     image.PutPointerBytes(0x3000, 0, values);
     image.PutPointerBytes(0x3400, 1, values);
-    std::vector<std::string> shortTexts;
-    for (int i = 0; i < 20; ++i) shortTexts.push_back("s" + std::to_string(i * 3));
-    image.PutPointerBytes(0x1000, 0, PointerValues(image.PutStrings(0x37A10, shortTexts), 0x37A00));
+    image.PutPointerBytes(0x1000, 0, PointerValues(image.PutStrings(0x37A10, ShortTexts(20)), 0x37A00));
 
     Run(image, {"d", "game.tbl", "split.txt", "10010h", "1"});
     EXPECT_EQ(ReadText(dir / "split.txt"),

@@ -97,3 +97,14 @@ inline std::vector<std::string> NumberedTexts(int count, size_t extra = 0) {
     }
     return texts;
 }
+
+// Short texts "s0", "s3", "s6", ... that fit many to a 256-byte page.
+inline std::vector<std::string> ShortTexts(int count) {
+    std::vector<std::string> texts;
+    for (int i = 0; i < count; ++i) {
+        std::string text = "s";
+        text += std::to_string(i * 3);
+        texts.push_back(text);
+    }
+    return texts;
+}

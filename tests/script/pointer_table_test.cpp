@@ -104,9 +104,7 @@ TEST_F(PointerTableTest, SingleByteTablesBecomeSplitTables) {
     image.PutPointerBytes(0x2400, 1, values);
     image.PutPointerBytes(0x3400, 1, values);
     // Short strings within one 256-byte page need no high table.
-    std::vector<std::string> shortTexts;
-    for (int i = 0; i < 20; ++i) shortTexts.push_back("s" + std::to_string(i * 3));
-    std::vector<int64_t> pageStrings = image.PutStrings(0x37A10, shortTexts);
+    std::vector<int64_t> pageStrings = image.PutStrings(0x37A10, ShortTexts(20));
     image.PutPointerBytes(0x1000, 0, PointerValues(pageStrings, 0x37A00));
     Load(image);
 
