@@ -87,9 +87,10 @@ Match MatchBackslash(const Font& font, size_t consumed) {
     char name[] = "<back00>";
     name[5] = static_cast<char>('0' + consumed / 10);
     name[6] = static_cast<char>('0' + consumed % 10);
+    constexpr unsigned char first = '<';
     const EncoderIndex& index = font.index;
     Match match;
-    for (int i = index.start['<']; i < index.start['<' + 1]; ++i) {
+    for (int i = index.start[first]; i < index.start[first + 1]; ++i) {
         int entry = index.entries[i];
         if (SameTextIgnoringCase(font.texts[entry], name)) {
             match.entry = entry;
