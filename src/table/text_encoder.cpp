@@ -72,8 +72,9 @@ Match MatchTableText(const Font& font, const char* at) {
             if (MatchParameterEntry(font, entry, at, match)) return match;
             continue;
         }
+        // The first character is known to match.
         size_t length = index.textLength[entry];
-        if (length > best.length && std::strncmp(at, font.texts[entry], length) == 0) {
+        if (length > best.length && std::strncmp(at + 1, font.texts[entry] + 1, length - 1) == 0) {
             best.entry = entry;
             best.length = length;
         }
