@@ -23,3 +23,10 @@ bool ReadFileBytes(const char* path, std::vector<unsigned char>& bytes) {
     std::fclose(file);
     return ok;
 }
+
+bool WriteFileBytes(const char* path, const unsigned char* bytes, size_t size) {
+    std::FILE* file = std::fopen(path, "wb");
+    if (!file) return false;
+    bool ok = std::fwrite(bytes, 1, size, file) == size;
+    return std::fclose(file) == 0 && ok;
+}

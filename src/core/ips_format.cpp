@@ -1,0 +1,146 @@
+#include "core/ips_format.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+
+namespace {
+
+constexpr unsigned char kMagic[] = {'P', 'A', 'T', 'C', 'H'};
+constexpr unsigned char kEndMarker[] = {'E', 'O', 'F'};
+constexpr size_t kRecordHeaderSize = 5;
+// The offset whose three bytes spell the end marker.
+constexpr size_t kEndMarkerOffset = 0x454F46;
+// Equal bytes a run may carry between two changes.
+constexpr size_t kLongestCarriedStretch = 8;
+
+size_t FirstDifferingByteOf(uint64_t difference) {
+    if constexpr (std::endian::native == std::endian::little)
+        return static_cast<size_t>(std::countr_zero(difference)) / 8;
+    else
+        return static_cast<size_t>(std::countl_zero(difference)) / 8;
+}
+
+// The first position in [from, end) where a and b differ, or end; compares
+// a word at a time.
+size_t FirstDifference(const unsigned char* a, const unsigned char* b, size_t from, size_t end) {
+    size_t at = from;
+    for (; at + sizeof(uint64_t) <= end; at += sizeof(uint64_t)) {
+        uint64_t x, y;
+        std::memcpy(&x, a + at, sizeof x);
+        std::memcpy(&y, b + at, sizeof y);
+        if (x != y) return at + FirstDifferingByteOf(x ^ y);
+    }
+    while (at < end && a[at] == b[at]) ++at;
+    return at;
+}
+
+// Compares an original with a modified sequence; positions the original does
+// not have always differ.
+class Comparison {
+public:
+    Comparison(const unsigned char* original, size_t originalSize, const unsigned char* modified, size_t modifiedSize)
+        : original_(original), modified_(modified), shared_(std::min(originalSize, modifiedSize)) {}
+
+    // The first differing position at or behind from (at least the end of
+    // the shared part).
+    size_t NextDifference(size_t from) const {
+        return from < shared_ ? FirstDifference(original_, modified_, from, shared_) : from;
+    }
+
+private:
+    const unsigned char* original_;
+    const unsigned char* modified_;
+    size_t shared_;
+};
+
+void AppendRecord(size_t offset, const unsigned char* data, size_t size, std::vector<unsigned char>& patch) {
+    const unsigned char header[kRecordHeaderSize] = {
+        static_cast<unsigned char>(offset >> 16), static_cast<unsigned char>(offset >> 8),
+        static_cast<unsigned char>(offset),       static_cast<unsigned char>(size >> 8),
+        static_cast<unsigned char>(size),
+    };
+    patch.insert(patch.end(), header, header + kRecordHeaderSize);
+    patch.insert(patch.end(), data, data + size);
+}
+
+// Writes the run [start, end) of modified as records of at most 32768 bytes.
+bool AppendRun(size_t start, size_t end, const unsigned char* modified, std::vector<unsigned char>& patch) {
+    while (start < end) {
+        if (start == kEndMarkerOffset) --start;  // its offset would read as the end marker
+        if (start >= IPS_OFFSET_LIMIT) return false;
+        size_t size = std::min(end - start, IPS_MAX_RECORD_SIZE);
+        AppendRecord(start, modified + start, size, patch);
+        start += size;
+    }
+    return true;
+}
+
+size_t ReadNumber(const unsigned char* bytes, size_t count) {
+    size_t value = 0;
+    for (size_t i = 0; i < count; ++i) value = value << 8 | bytes[i];
+    return value;
+}
+
+bool IsEndMarkerAt(const unsigned char* patch, size_t size, size_t at) {
+    return size - at >= sizeof kEndMarker && std::memcmp(patch + at, kEndMarker, sizeof kEndMarker) == 0;
+}
+
+IpsRead ReadRecordsBehindMagic(const unsigned char* patch, size_t size, std::vector<IpsRecord>& records) {
+    size_t at = sizeof kMagic;
+    for (bool first = true;; first = false) {
+        if (!first && IsEndMarkerAt(patch, size, at)) return IpsRead::Valid;
+        if (size - at < kRecordHeaderSize) return IpsRead::NoEof;
+        size_t offset = ReadNumber(patch + at, 3);
+        size_t length = ReadNumber(patch + at + 3, 2);
+        at += kRecordHeaderSize;
+        if (size - at < length) return IpsRead::NoEof;
+        records.push_back(IpsRecord{static_cast<uint32_t>(offset), static_cast<uint32_t>(length), patch + at});
+        at += length;
+    }
+}
+
+}  // namespace
+
+IpsBuild BuildIpsPatch(const unsigned char* original, size_t originalSize, const unsigned char* modified,
+                       size_t modifiedSize, std::vector<unsigned char>& patch) {
+    Comparison comparison(original, originalSize, modified, modifiedSize);
+    size_t start = comparison.NextDifference(0);
+    if (originalSize != 0 && start >= modifiedSize) return IpsBuild::Identical;
+    patch.assign(std::begin(kMagic), std::end(kMagic));
+    while (start < modifiedSize) {
+        size_t last = start;
+        size_t next = comparison.NextDifference(last + 1);
+        while (next < modifiedSize && next - last - 1 <= kLongestCarriedStretch) {
+            last = next;
+            next = comparison.NextDifference(last + 1);
+        }
+        if (!AppendRun(start, last + 1, modified, patch)) return IpsBuild::OffsetTooLarge;
+        start = next;
+    }
+    patch.insert(patch.end(), std::begin(kEndMarker), std::end(kEndMarker));
+    return IpsBuild::Built;
+}
+
+IpsRead ReadIpsRecords(const unsigned char* patch, size_t size, std::vector<IpsRecord>& records) {
+    records.clear();
+    if (size < sizeof kMagic || std::memcmp(patch, kMagic, sizeof kMagic) != 0) return IpsRead::NotIps;
+    IpsRead result = ReadRecordsBehindMagic(patch, size, records);
+    if (result == IpsRead::NoEof && IsEndMarkerAt(patch, size, sizeof kMagic)) {
+        records.clear();
+        return IpsRead::Valid;
+    }
+    return result;
+}
+
+uint64_t IpsPatchedLength(const std::vector<IpsRecord>& records, uint64_t currentLength) {
+    uint64_t length = currentLength;
+    for (const IpsRecord& record : records)
+        if (record.size > 0) length = std::max<uint64_t>(length, uint64_t{record.offset} + record.size);
+    return length;
+}
+
+void CopyIpsRecords(const std::vector<IpsRecord>& records, unsigned char* target) {
+    for (const IpsRecord& record : records)
+        if (record.size > 0) std::memcpy(target + record.offset, record.data, record.size);
+}

@@ -1,0 +1,262 @@
+#include "text/source_reader.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <new>
+
+#include "core/file_bytes.h"
+
+namespace {
+
+bool IsSeparator(char c) { return c == '/' || c == '\\'; }
+
+bool IsSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
+
+// True when the last ".", "/" or "\" of name (or its first character) is a ".".
+bool HasExtension(const std::string& name) {
+    size_t i = name.size();
+    while (i > 1 && name[i - 1] != '.' && !IsSeparator(name[i - 1])) --i;
+    return i > 0 && name[i - 1] == '.';
+}
+
+std::string BaseName(const std::string& path) {
+    const size_t separator = path.find_last_of("/\\");
+    return separator == std::string::npos ? path : path.substr(separator + 1);
+}
+
+// The name handed to the file system. Windows opens "script." as "script"; elsewhere the
+// trailing dot that an empty default extension leaves is dropped to find the same file.
+std::string SystemName(const std::string& name) {
+#ifdef _WIN32
+    return name;
+#else
+    const size_t n = name.size();
+    if (n >= 2 && name[n - 1] == '.' && name[n - 2] != '.' && !IsSeparator(name[n - 2])) return name.substr(0, n - 1);
+    return name;
+#endif
+}
+
+// The whole file as zero-terminated text with every CR LF pair read as LF.
+bool ReadSourceText(const std::string& path, std::vector<char>& text) {
+    std::error_code error;
+    const auto size = std::filesystem::file_size(path, error);
+    if (error || size >= static_cast<uintmax_t>(INT32_MAX)) return false;  // positions are 32-bit
+    std::vector<unsigned char> bytes;
+    if (!ReadFileBytes(path.c_str(), bytes)) return false;
+    try {
+        text.clear();
+        text.reserve(bytes.size() + 1);
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+    for (size_t i = 0; i < bytes.size(); ++i) {
+        if (bytes[i] == '\r' && i + 1 < bytes.size() && bytes[i + 1] == '\n') continue;
+        text.push_back(static_cast<char>(bytes[i]));
+    }
+    text.push_back('\0');
+    return true;
+}
+
+const char* CurrentPosition(const SourceFrame& frame) {
+    return frame.lineStart ? frame.lineStart + frame.column - 1 : nullptr;
+}
+
+// Holds the result of Substring until the next call.
+std::string substringResult;
+
+}  // namespace
+
+SourceReader::SourceReader(uint32_t options) : options_(options) { PushFrame(); }
+
+void SourceReader::PushFrame() { frames_.push_back(std::make_unique<SourceFrame>()); }
+
+bool SourceReader::PopFrame() {
+    if (frames_.empty()) return false;
+    frames_.pop_back();
+    return !frames_.empty();
+}
+
+bool SourceReader::Open(const char* name, const char* defaultExtension) {
+    if (frames_.empty()) PushFrame();
+    SourceFrame& frame = *Top();
+    std::string path = name ? name : "";
+    if (!HasExtension(path)) path.append(".").append(defaultExtension ? defaultExtension : "");
+    frame.fileName = path;
+    std::vector<char> text;
+    if (!ReadSourceText(SystemName(path), text)) return false;
+    frame.textBuffer = std::move(text);
+    frame.fileName = BaseName(path);
+    frame.lineStart = frame.textBuffer.data();
+    frame.line = 1;
+    frame.column = 1;
+    return true;
+}
+
+bool SourceReader::OpenText(const char* name, const char* text) {
+    if (frames_.empty()) PushFrame();
+    SourceFrame& frame = *Top();
+    frame.textBuffer = std::vector<char>();
+    frame.fileName = BaseName(name ? name : "");
+    frame.lineStart = text ? text : "";
+    frame.line = 1;
+    frame.column = 1;
+    return true;
+}
+
+void SourceReader::SetAutomaton(const Fsa* automaton) {
+    if (automaton == owned_.get()) return;
+    owned_.reset();
+    shared_ = automaton;
+}
+
+bool SourceReader::AddPattern(int32_t kind, const char* pattern) {
+    if (!owned_) owned_ = std::make_unique<Fsa>(shared_ ? shared_->OwnedCopy() : Fsa(FSA_OWNED));
+    shared_ = nullptr;
+    return owned_->AddPattern(kind, pattern, (options_ & READER_CASE_SENSITIVE) != 0);
+}
+
+char SourceReader::CurrentChar() const {
+    const SourceFrame* frame = Top();
+    const char* position = frame ? CurrentPosition(*frame) : nullptr;
+    return position ? *position : '\0';
+}
+
+char SourceReader::Advance() {
+    SourceFrame* frame = Top();
+    if (!frame || !frame->lineStart) return '\0';
+    char c = *CurrentPosition(*frame);
+    while (c == '\r') {  // a carriage return takes the next character with it
+        ++frame->column;
+        c = *CurrentPosition(*frame);
+    }
+    if (c == '\0') return c;
+    if (c == '\n') {
+        frame->lineStart = CurrentPosition(*frame) + 1;
+        frame->column = 1;
+        ++frame->line;
+    } else {
+        ++frame->column;
+    }
+    return c;
+}
+
+void SourceReader::SkipSpace() {
+    while (IsSpace(CurrentChar())) Advance();
+}
+
+int32_t SourceReader::Match() {
+    SourceFrame* frame = Top();
+    const Fsa* fsa = Automaton();
+    if (!frame || !fsa) return TOKEN_END;
+    const int32_t line = frame->line;
+    const int32_t column = frame->column;
+    const char* lineStart = frame->lineStart;
+    if (options_ & READER_SKIP_SPACE) SkipSpace();
+    frame->matchKind = TOKEN_UNKNOWN;
+    frame->matchLength = 0;
+    frame->matchLine = frame->line;
+    frame->matchColumn = frame->column;
+    const char* start = CurrentPosition(*frame);
+    if (CurrentChar() == '\0') return TOKEN_END;
+    int state = 0;
+    for (int32_t count = 1; CurrentChar() != '\0'; ++count) {
+        state = fsa->Next(state, static_cast<unsigned char>(CurrentChar()));
+        if (state < 0) break;
+        Advance();
+        ++frame->matchColumn;
+        if (fsa->Accept(state) != TOKEN_UNKNOWN) {
+            frame->matchKind = fsa->Accept(state);
+            frame->matchLength = count;
+        }
+    }
+    frame->matchText.assign(start, static_cast<size_t>(frame->matchLength));
+    frame->line = line;
+    frame->column = column;
+    frame->lineStart = lineStart;
+    return frame->matchKind;
+}
+
+int32_t SourceReader::NextToken() {
+    if (!Automaton()) std::fputs("Warning: no FSA\n", stdout);
+    SourceFrame* frame = Top();
+    if (!frame || !Automaton()) return TOKEN_END;
+    if (options_ & READER_SKIP_SPACE) SkipSpace();
+    const bool atEnd = Match() == TOKEN_END;
+    frame->tokenKind = atEnd ? TOKEN_END : frame->matchKind;
+    frame->tokenLength = frame->matchLength;
+    frame->tokenLine = frame->matchLine;
+    frame->tokenEndColumn = frame->matchColumn;
+    frame->tokenText.clear();
+    if (atEnd) return TOKEN_END;
+    frame->tokenText.swap(frame->matchText);
+    if (frame->tokenLength == 0) {
+        frame->tokenLength = 1;
+        const char c = Advance();
+        if (c != '\0') frame->tokenText.assign(1, c);
+    } else {
+        for (int32_t i = 0; i < frame->tokenLength; ++i) Advance();
+    }
+    return frame->tokenKind;
+}
+
+void SourceReader::SkipLine() {
+    for (char c = Advance(); c != '\n' && c != '\0'; c = Advance()) {
+    }
+}
+
+const char* SourceReader::LineText() {
+    SourceFrame* frame = Top();
+    if (!frame) return "";
+    const char* line = frame->lineStart ? frame->lineStart : "";
+    frame->tokenText.assign(line, std::strcspn(line, "\n\r"));
+    return frame->tokenText.c_str();
+}
+
+const char* SourceReader::FileName() const { return Top() ? Top()->fileName.c_str() : ""; }
+
+const char* SourceReader::TokenText() const { return Top() ? Top()->tokenText.c_str() : ""; }
+
+int32_t SourceReader::TokenKind() const { return Top() ? Top()->tokenKind : 0; }
+
+int32_t SourceReader::TokenLine() const { return Top() ? Top()->tokenLine : 0; }
+
+int32_t SourceReader::TokenColumn() const {
+    return Top() ? Top()->tokenEndColumn - static_cast<int32_t>(Top()->tokenText.size()) : 0;
+}
+
+int32_t SourceReader::TokenEndColumn() const { return Top() ? Top()->tokenEndColumn : 0; }
+
+int32_t ParseDecimal(const char* text) {
+    if (!text) return 0;
+    const bool negative = text[0] == '-';
+    uint32_t value = 0;
+    for (const char* c = text; *c; ++c)
+        if (*c >= '0' && *c <= '9') value = value * 10 + static_cast<uint32_t>(*c - '0');
+    return static_cast<int32_t>(negative ? 0u - value : value);
+}
+
+int32_t ParseHex(const char* text) {
+    if (!text) return 0;
+    uint32_t value = 0;
+    for (const char* c = text; *c; ++c) {
+        value <<= 4;
+        if (*c >= '0' && *c <= '9') value += static_cast<uint32_t>(*c - '0');
+        else if (*c >= 'A' && *c <= 'F') value += static_cast<uint32_t>(*c - 'A' + 10);
+        else if (*c >= 'a' && *c <= 'f') value += static_cast<uint32_t>(*c - 'a' + 10);
+        else if (*c == 'h' || *c == 'H') value = static_cast<uint32_t>(static_cast<int32_t>(value) >> 4);
+    }
+    return static_cast<int32_t>(value);
+}
+
+const char* Substring(const char* text, int32_t start, int32_t length) {
+    const int64_t size = text ? static_cast<int64_t>(std::strlen(text)) : 0;
+    int64_t first = start < 0 ? size + start : start;
+    first = std::clamp<int64_t>(first, 0, size);
+    int64_t count = length < 0 ? size - first + length : length;
+    count = std::clamp<int64_t>(count, 0, size - first);
+    substringResult.assign(text ? text + first : "", static_cast<size_t>(count));
+    return substringResult.c_str();
+}
