@@ -1,5 +1,5 @@
-#include "gfx/bmp_file.h"
-
+// Uncompressed 16-colour BMP files: 118 bytes of headers and palette, then
+// rows of two pixels a byte, bottom row first, without padding.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -9,6 +9,10 @@
 #include "trelvane.h"
 
 namespace {
+
+constexpr size_t BMP_HEADER_SIZE = 54;
+constexpr size_t BMP_PALETTE_SIZE = 64;
+constexpr size_t BMP_PIXEL_DATA_OFFSET = BMP_HEADER_SIZE + BMP_PALETTE_SIZE;
 
 // Palettes as blue, green, red, 0: grey steps for many colours, four greys
 // for 2-bit graphics, black and white first for 1-bit graphics.
@@ -46,6 +50,13 @@ uint32_t GetLe(const unsigned char* at, int size) {
 }
 
 uint64_t RowBytes(long width) { return static_cast<uint64_t>(width / 2); }
+
+// The palette that suits pixel values up to largestValue.
+const unsigned char* PaletteFor(unsigned largestValue) {
+    if (largestValue > 4) return kGreyPalette;
+    if (largestValue > 2) return kFourGreyPalette;
+    return kTwoTonePalette;
+}
 
 // Refuses a bitmap of a size this module does not handle.
 long RefuseSize(int64_t width, int64_t height) {
@@ -132,12 +143,6 @@ bool ReadBitmap(std::FILE* in, const char* file, unsigned char* packed, int64_t&
 
 }  // namespace
 
-const unsigned char* BmpPaletteFor(unsigned largestValue) {
-    if (largestValue > 4) return kGreyPalette;
-    if (largestValue > 2) return kFourGreyPalette;
-    return kTwoTonePalette;
-}
-
 extern "C" {
 
 long Trelvane_WriteBMP(const char* file, const unsigned char* pixels, long width, long height) {
@@ -154,7 +159,7 @@ long Trelvane_WriteBMP(const char* file, const unsigned char* pixels, long width
     unsigned char header[BMP_HEADER_SIZE];
     WriteHeader(header, width, height);
     bool ok = std::fwrite(header, 1, sizeof header, out) == sizeof header &&
-              std::fwrite(BmpPaletteFor(largest), 1, BMP_PALETTE_SIZE, out) == BMP_PALETTE_SIZE &&
+              std::fwrite(PaletteFor(largest), 1, BMP_PALETTE_SIZE, out) == BMP_PALETTE_SIZE &&
               WritePixelRows(out, pixels, width, height);
     ok = std::fclose(out) == 0 && ok;
     return ok ? -1 : SetError(TLERR_FILE_NOCREATE, file, 0, 0);

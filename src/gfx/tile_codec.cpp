@@ -13,9 +13,8 @@ namespace {
 // "NES" keeps the high bit plane in the first eight bytes; "GB" pairs its
 // planes row by row like "SNES2" but stores the values negated.
 constexpr TileFormat kTileFormats[] = {
-    {"NES", 1, 2, {8, 0}, 1, false},         {"SNES2", 3, 2, {0, 1}, 2, false},
-    {"SNES", 4, 4, {0, 1, 16, 17}, 2, false}, {"GB1", 5, 1, {0}, 1, false},
-    {"GB", 6, 2, {0, 1}, 2, true},
+    {"NES", 2, {8, 0}, 1, false},         {"SNES2", 2, {0, 1}, 2, false}, {"SNES", 4, {0, 1, 16, 17}, 2, false},
+    {"GB1", 1, {0}, 1, false},            {"GB", 2, {0, 1}, 2, true},
 };
 
 unsigned StoredValue(const TileFormat& format, unsigned value) {
@@ -47,15 +46,7 @@ const TileFormat* RequireTileFormat(const char* name) {
     return format;
 }
 
-}  // namespace
-
-const TileFormat* FindTileFormat(const char* name) {
-    if (!name) return nullptr;
-    for (const TileFormat& format : kTileFormats)
-        if (SameTextIgnoringCase(format.name, name)) return &format;
-    return nullptr;
-}
-
+// One tile between the image and a pixel array whose rows are width bytes apart.
 void DecodeTile(const TileFormat& format, const unsigned char* tile, unsigned char* pixels, long width) {
     for (int y = 0; y < 8; ++y, pixels += width) {
         for (int x = 0; x < 8; ++x) {
@@ -78,6 +69,15 @@ void EncodeTile(const TileFormat& format, const unsigned char* pixels, long widt
         for (int plane = 0; plane < format.planeCount; ++plane)
             tile[format.planeOffset[plane] + format.rowStride * y] = planeRows[plane];
     }
+}
+
+}  // namespace
+
+const TileFormat* FindTileFormat(const char* name) {
+    if (!name) return nullptr;
+    for (const TileFormat& format : kTileFormats)
+        if (SameTextIgnoringCase(format.name, name)) return &format;
+    return nullptr;
 }
 
 extern "C" {

@@ -1,14 +1,13 @@
 // Planar 8 x 8 tile formats and their conversion to one byte per pixel.
 #pragma once
 
+constexpr int TILE_MAX_PLANES = 4;
+
 // A format stores bit k of each pixel value in bit plane k: tile row y of
 // plane k is the byte at planeOffset[k] + rowStride * y, leftmost pixel in
 // bit 7. Formats with negatedValues store (-value) mod 4 instead of value.
-constexpr int TILE_MAX_PLANES = 4;
-
 struct TileFormat {
     const char* name;
-    int code;
     int planeCount;
     int planeOffset[TILE_MAX_PLANES];
     int rowStride;
@@ -20,6 +19,3 @@ struct TileFormat {
 // The format with this name, compared without regard to case; null if none.
 const TileFormat* FindTileFormat(const char* name);
 
-// One tile between the image and a pixel array whose rows are width bytes apart.
-void DecodeTile(const TileFormat& format, const unsigned char* tile, unsigned char* pixels, long width);
-void EncodeTile(const TileFormat& format, const unsigned char* pixels, long width, unsigned char* tile);

@@ -1,4 +1,4 @@
-#include "gfx/bmp_file.h"
+#include <cstdint>
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,57 @@
+#!/usr/bin/env bash
+# Builds the toolkit, generates the sample game and runs the toolkit on it,
+# one step after the other. Each step is a function; add new ones to STEPS.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+source scripts/setup.sh
+ensure_packages
+
+ROOT=$(pwd)
+TRELVANE="$ROOT/build/release/trelvane"
+WORK="$ROOT/build/sample"
+
+# Shows a command line, runs it in the sample folder and shows its exit status.
+run() {
+    echo "\$ trelvane${*:+ $*}"
+    local status=0
+    (cd "$WORK" && "$TRELVANE" "$@") || status=$?
+    echo "(exit status $status)"
+    echo
+}
+
+step_build() {
+    echo "== building"
+    cmake --preset release >/dev/null
+    cmake --build --preset release -j2 --target trelvane_cli trelvane_make_sample
+}
+
+step_generate() {
+    echo "== generating the sample game in build/sample"
+    rm -rf "$WORK"
+    mkdir -p "$WORK"
+    "$ROOT/build/release/trelvane_make_sample" "$WORK"
+    echo
+}
+
+step_usage() {
+    echo "== the usage screen"
+    run
+}
+
+step_create_ips() {
+    echo "== creating an IPS patch from the English to the French image"
+    run sample_fr.nes i sample.nes translation.ips
+    echo "translation.ips: $(wc -c <"$WORK/translation.ips") bytes"
+    echo
+}
+
+step_apply_ips() {
+    echo "== applying the patch to a copy of the English image"
+    cp "$WORK/sample.nes" "$WORK/patched.nes"
+    run patched.nes p translation.ips
+    cmp "$WORK/patched.nes" "$WORK/sample_fr.nes" && echo "patched.nes is now identical to sample_fr.nes"
+    echo
+}
+
+STEPS=(build generate usage create_ips apply_ips)
+for step in "${STEPS[@]}"; do "step_$step"; done
