@@ -76,7 +76,7 @@ std::vector<std::string> Script() {
     return strings;
 }
 
-void BM_Encode(benchmark::State& state) {
+void BM_EncodeScript(benchmark::State& state) {
     LoadBenchFont();
     std::vector<std::string> strings = Script();
     size_t bytes = 0;
@@ -88,9 +88,9 @@ void BM_Encode(benchmark::State& state) {
     }
     state.SetBytesProcessed(static_cast<int64_t>(bytes));
 }
-BENCHMARK(BM_Encode)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_EncodeScript)->Unit(benchmark::kMillisecond);
 
-void BM_Decode(benchmark::State& state) {
+void BM_DecodeScript(benchmark::State& state) {
     LoadBenchFont();
     std::vector<unsigned char> image;
     for (const std::string& text : Script()) {
@@ -107,6 +107,6 @@ void BM_Decode(benchmark::State& state) {
     }
     state.SetBytesProcessed(static_cast<int64_t>(bytes));
 }
-BENCHMARK(BM_Decode)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_DecodeScript)->Unit(benchmark::kMillisecond);
 
 }  // namespace

@@ -64,5 +64,14 @@ step_tiles() {
     echo
 }
 
-STEPS=(build generate usage create_ips apply_ips tiles)
+step_convert_table() {
+    echo "== converting the thingy character table to a table file"
+    run sample.tbl c sample.txt
+    tr -d '\r' <"$WORK/sample.txt" | head -n 4
+    echo "..."
+    tr -d '\r' <"$WORK/sample.txt" | tail -n 4
+    echo
+}
+
+STEPS=(build generate usage create_ips apply_ips tiles convert_table)
 for step in "${STEPS[@]}"; do "step_$step"; done
