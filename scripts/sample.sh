@@ -53,5 +53,25 @@ step_apply_ips() {
     echo
 }
 
-STEPS=(build generate usage create_ips apply_ips)
+step_tiles() {
+    echo "== dumping the font's tiles to a bitmap and putting them back"
+    run sample.nes b 2000h font.bmp
+    echo "font.bmp: $(wc -c <"$WORK/font.bmp") bytes, a 128 x 128 sheet of 16 x 16 tiles"
+    echo
+    cp "$WORK/sample.nes" "$WORK/tiles.nes"
+    run tiles.nes f 2000h font.bmp
+    cmp "$WORK/tiles.nes" "$WORK/sample.nes" && echo "tiles.nes is unchanged: dump and insert are exact inverses"
+    echo
+}
+
+step_convert_table() {
+    echo "== converting the thingy character table to a table file"
+    run sample.tbl c sample.txt
+    tr -d '\r' <"$WORK/sample.txt" | head -n 4
+    echo "..."
+    tr -d '\r' <"$WORK/sample.txt" | tail -n 4
+    echo
+}
+
+STEPS=(build generate usage create_ips apply_ips tiles convert_table)
 for step in "${STEPS[@]}"; do "step_$step"; done

@@ -152,7 +152,8 @@ TEST(IpsRoundTrip, RandomPairs) {
             size_t run = random() % 5 == 0 ? 33000 + random() % 3000 : 1 + random() % 20;
             for (size_t i = at; i < modified.size() && i < at + run; ++i)
                 modified[i] = static_cast<unsigned char>(modified[i] ^ (i % 10 < 8 || run < 30 ? 1 : 0));
-            if (at + 9 < modified.size()) modified[at + 9] ^= 0x80;
+            size_t gap = 8 + random() % 2;  // an equal stretch carried along, or one ending the record
+            if (at + run + gap < modified.size()) modified[at + run + gap] ^= 0x80;
         }
         Bytes patch;
         IpsBuild built = BuildIpsPatch(original.data(), original.size(), modified.data(), modified.size(), patch);
