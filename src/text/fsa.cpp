@@ -8,9 +8,11 @@ namespace {
 constexpr int STATE_GROWTH = 1024;
 constexpr int TRANSITION_GROWTH = 2048;
 // Guards against patterns whose insertion would recurse without end (a starred atom walked
-// around a cycle of existing states) or take unbounded work: such a pattern is refused.
-constexpr int MAX_INSERT_DEPTH = 512;
-constexpr long MAX_INSERT_CALLS = 100000;
+// around a cycle of existing states) or take unbounded work (a starred atom that spreads over
+// every path of a large automaton): such a pattern is refused. The toolkit's own lexicons and
+// names need a few hundred steps at most.
+constexpr int MAX_INSERT_DEPTH = 1024;
+constexpr long MAX_INSERT_WORK = 1L << 20;  // transitions visited or copied
 
 int GrownCapacity(int count, int step, int limit) { return std::min(count + step, limit); }
 
@@ -136,7 +138,12 @@ private:
     }
 
     bool Enter() {
-        if (++depth_ > MAX_INSERT_DEPTH || ++calls_ > MAX_INSERT_CALLS) failed_ = true;
+        if (++depth_ > MAX_INSERT_DEPTH) failed_ = true;
+        return Spend();
+    }
+
+    bool Spend() {
+        if (++work_ > MAX_INSERT_WORK) failed_ = true;
         return !failed_;
     }
 
@@ -180,7 +187,7 @@ private:
     bool PlaceAlongExisting(int state, CharSet& atom, int atomStart, int p, bool star) {
         bool rest = true;
         // Transitions appended meanwhile (also by the recursive calls) are visited too.
-        for (size_t i = 0; i < fsa_.outgoing_[state].size() && !failed_; ++i) {
+        for (size_t i = 0; i < fsa_.outgoing_[state].size() && Spend(); ++i) {
             const int index = fsa_.outgoing_[state][i];
             const CharSet set = fsa_.transitions_[index].set;
             const CharSet common = set.Intersection(atom);
@@ -248,8 +255,7 @@ private:
 
     // Gives clone a copy of every transition that leaves source, in table order.
     void CopyTransitions(int source, int clone) {
-        if (failed_) return;
-        for (size_t i = 0; i < fsa_.outgoing_[source].size(); ++i) {
+        for (size_t i = 0; i < fsa_.outgoing_[source].size() && Spend(); ++i) {
             const FsaTransition u = fsa_.transitions_[fsa_.outgoing_[source][i]];
             Append(clone, u.to, u.set);
         }
@@ -292,7 +298,7 @@ private:
     const int oldTransitionCount_;
     char buffer_[FSA_MAX_PATTERN_LENGTH + 1];
     int depth_ = 0;
-    long calls_ = 0;
+    long work_ = 0;
     bool failed_ = false;
     std::vector<SavedTransition> savedTransitions_;
     std::vector<SavedAccept> savedAccepts_;
