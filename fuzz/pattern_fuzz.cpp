@@ -9,14 +9,28 @@
 
 namespace {
 
-// Every state's transitions hold pairwise disjoint sets, and every target exists.
+// Every state's transitions hold pairwise disjoint sets, every target exists, and the
+// lookup that Match uses gives exactly the transitions of the table.
 bool Deterministic(const Fsa& fsa) {
     std::vector<CharSet> taken(static_cast<size_t>(fsa.StateCount()));
     for (int i = 0; i < fsa.TransitionCount(); ++i) {
         const FsaTransition& t = fsa.Transition(i);
         if (t.from >= fsa.StateCount() || t.to >= fsa.StateCount()) return false;
         if (!t.set.Intersection(taken[t.from]).Empty()) return false;
-        for (size_t b = 0; b < t.set.bits.size(); ++b) taken[t.from].bits[b] |= t.set.bits[b];
+        for (int c = 0; c < 256; ++c)
+            if (t.set.Has(static_cast<unsigned char>(c))) taken[t.from].Add(static_cast<unsigned char>(c));
+    }
+    for (int state = 0; state < fsa.StateCount(); ++state) {
+        for (int c = 0; c < 256; ++c) {
+            if (!taken[state].Has(static_cast<unsigned char>(c)) && fsa.Next(state, static_cast<unsigned char>(c)) != -1)
+                return false;
+        }
+    }
+    for (int i = 0; i < fsa.TransitionCount(); ++i) {
+        const FsaTransition& t = fsa.Transition(i);
+        for (int c = 0; c < 256; ++c)
+            if (t.set.Has(static_cast<unsigned char>(c)) && fsa.Next(t.from, static_cast<unsigned char>(c)) != t.to)
+                return false;
     }
     return true;
 }

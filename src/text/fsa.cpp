@@ -1,6 +1,7 @@
 #include "text/fsa.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 
 namespace {
@@ -236,6 +237,7 @@ private:
         }
         fsa_.accept_.push_back(accept);
         fsa_.outgoing_.emplace_back();
+        fsa_.targets_.resize(fsa_.targets_.size() + 256, Fsa::NO_TARGET);
         return state;
     }
 
@@ -251,6 +253,7 @@ private:
         }
         fsa_.transitions_.push_back({static_cast<uint16_t>(from), static_cast<uint16_t>(to), set});
         fsa_.outgoing_[from].push_back(static_cast<uint16_t>(index));
+        fsa_.SetTargets(from, set, static_cast<uint16_t>(to));
     }
 
     // Gives clone a copy of every transition that leaves source, in table order.
@@ -272,23 +275,28 @@ private:
 
     void SetTarget(int index, int to) {
         SaveTransition(index);
-        fsa_.transitions_[index].to = static_cast<uint16_t>(to);
+        FsaTransition& t = fsa_.transitions_[index];
+        t.to = static_cast<uint16_t>(to);
+        fsa_.SetTargets(t.from, t.set, t.to);
     }
 
     void SetSet(int index, const CharSet& set) {
         SaveTransition(index);
-        fsa_.transitions_[index].set = set;
+        FsaTransition& t = fsa_.transitions_[index];
+        fsa_.SetTargets(t.from, t.set, Fsa::NO_TARGET);
+        t.set = set;
+        fsa_.SetTargets(t.from, t.set, t.to);
     }
 
     void Undo() {
-        for (int index = fsa_.TransitionCount() - 1; index >= oldTransitionCount_; --index)
-            fsa_.outgoing_[fsa_.transitions_[index].from].pop_back();
         fsa_.transitions_.resize(static_cast<size_t>(oldTransitionCount_));
         fsa_.accept_.resize(static_cast<size_t>(oldStateCount_));
         fsa_.outgoing_.resize(static_cast<size_t>(oldStateCount_));
+        fsa_.targets_.resize(static_cast<size_t>(oldStateCount_) * 256);
         for (auto it = savedTransitions_.rbegin(); it != savedTransitions_.rend(); ++it)
             fsa_.transitions_[it->index] = it->old;
         for (auto it = savedAccepts_.rbegin(); it != savedAccepts_.rend(); ++it) fsa_.accept_[it->state] = it->old;
+        fsa_.RebuildIndexes();
     }
 
     Fsa& fsa_;
@@ -304,18 +312,22 @@ private:
     std::vector<SavedAccept> savedAccepts_;
 };
 
-Fsa::Fsa(uint32_t flags) : accept_{TOKEN_UNKNOWN}, outgoing_(1), stateCapacity_(2048),
+Fsa::Fsa(uint32_t flags) : accept_{TOKEN_UNKNOWN}, outgoing_(1), targets_(256, NO_TARGET), stateCapacity_(2048),
                            transitionCapacity_(4096), flags_(flags) {
     accept_.reserve(static_cast<size_t>(stateCapacity_));
     transitions_.reserve(static_cast<size_t>(transitionCapacity_));
 }
 
 int Fsa::Next(int state, unsigned char c) const {
-    for (uint16_t index : outgoing_[static_cast<size_t>(state)]) {
-        const FsaTransition& t = transitions_[index];
-        if (t.set.Has(c)) return t.to;
+    const uint16_t target = targets_[static_cast<size_t>(state) * 256 + c];
+    return target == NO_TARGET ? -1 : target;
+}
+
+void Fsa::SetTargets(int from, const CharSet& set, uint16_t to) {
+    uint16_t* row = &targets_[static_cast<size_t>(from) * 256];
+    for (int byte = 0; byte < 32; ++byte) {
+        for (unsigned bits = set.bits[byte]; bits != 0; bits &= bits - 1) row[byte * 8 + std::countr_zero(bits)] = to;
     }
-    return -1;
 }
 
 bool Fsa::AddPattern(int32_t kind, const char* pattern, bool caseSensitive) {
@@ -349,13 +361,17 @@ Fsa Fsa::OwnedCopy() const {
 void Fsa::GroupBySource() {
     std::stable_sort(transitions_.begin(), transitions_.end(),
                      [](const FsaTransition& a, const FsaTransition& b) { return a.from < b.from; });
-    RebuildOutgoing();
+    RebuildIndexes();
 }
 
-void Fsa::RebuildOutgoing() {
+void Fsa::RebuildIndexes() {
     for (auto& list : outgoing_) list.clear();
-    for (size_t index = 0; index < transitions_.size(); ++index)
-        outgoing_[transitions_[index].from].push_back(static_cast<uint16_t>(index));
+    std::fill(targets_.begin(), targets_.end(), NO_TARGET);
+    for (size_t index = 0; index < transitions_.size(); ++index) {
+        const FsaTransition& t = transitions_[index];
+        outgoing_[t.from].push_back(static_cast<uint16_t>(index));
+        SetTargets(t.from, t.set, t.to);
+    }
 }
 
 Fsa CompileLexicon(std::span<const LexiconPattern> patterns) {

@@ -151,7 +151,10 @@ TEST(FsaTest, RefusedPatternsLeaveTheAutomatonUnchanged) {
         EXPECT_FALSE(fsa.AddPattern(3, pattern, false)) << pattern;
         ASSERT_EQ(fsa.StateCount(), before.StateCount()) << pattern;
         ASSERT_EQ(fsa.TransitionCount(), before.TransitionCount()) << pattern;
-        for (int i = 0; i < fsa.StateCount(); ++i) EXPECT_EQ(fsa.Accept(i), before.Accept(i));
+        for (int i = 0; i < fsa.StateCount(); ++i) {
+            EXPECT_EQ(fsa.Accept(i), before.Accept(i));
+            for (int c = 0; c < 256; ++c) EXPECT_EQ(fsa.Next(i, static_cast<unsigned char>(c)), before.Next(i, c));
+        }
         for (int i = 0; i < fsa.TransitionCount(); ++i) {
             EXPECT_EQ(fsa.Transition(i).to, before.Transition(i).to);
             EXPECT_EQ(fsa.Transition(i).set, before.Transition(i).set);
