@@ -157,7 +157,9 @@ TRELVANE_API long Trelvane_DecodeTiles(unsigned char* pixels, long width, long h
 TRELVANE_API long Trelvane_EncodeTiles(const unsigned char* pixels, long width, long height, long address, long count,
                                        const char* format);
 
-/* 16-colour bitmaps */
+/* 16-colour bitmaps. Trelvane_LoadBMP fills an array of at least
+ * TRELVANE_BMP_MAX_PIXELS bytes and refuses larger bitmaps. */
+#define TRELVANE_BMP_MAX_PIXELS 16384
 TRELVANE_API long Trelvane_WriteBMP(const char* file, const unsigned char* pixels, long width, long height);
 TRELVANE_API long Trelvane_LoadBMP(const char* file, unsigned char* pixels, long* width, long* height);
 

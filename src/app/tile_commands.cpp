@@ -1,5 +1,70 @@
+#include "app/tile_commands.h"
+
+#include <cstring>
+
 #include "app/command_sequences.h"
 #include "app/sequence_support.h"
+#include "core/text_compare.h"
+#include "trelvane.h"
 
-int RunTilesInsert(const CommandLine&) { return ReportUnavailableCommand("f"); }
-int RunTilesDump(const CommandLine&) { return ReportUnavailableCommand("b"); }
+namespace {
+
+constexpr long kSheetSide = 128;  // the dump is a sheet of 16 x 16 tiles
+
+struct ExtensionFormat {
+    const char* extension;
+    const char* format;
+};
+
+constexpr ExtensionFormat kExtensionFormats[] = {
+    {".nes", "NES"}, {".smc", "SNES2"}, {".fig", "SNES2"}, {".gb", "GB"}, {".gbc", "GB"},
+};
+
+// Argument 5 when given, otherwise the format the ROM's extension implies.
+const char* TileFormatArgument(const CommandLine& line) {
+    return line.argc >= 6 ? line.argv[5] : TileFormatForRomName(line.argv[1]);
+}
+
+// Frees the image and ends the run with the last error.
+int FreeAndFail() {
+    Trelvane_FreeROM(-1);
+    return FailWithLastError();
+}
+
+}  // namespace
+
+const char* TileFormatForRomName(const char* romName) {
+    const char* extension = std::strrchr(romName, '.');
+    if (extension)
+        for (const ExtensionFormat& entry : kExtensionFormats)
+            if (SameTextIgnoringCase(entry.extension, extension)) return entry.format;
+    return "???";
+}
+
+int RunTilesInsert(const CommandLine& line) {
+    const char* format = TileFormatArgument(line);
+    static unsigned char pixels[TRELVANE_BMP_MAX_PIXELS];
+    long width = 0, height = 0;
+    if (!Trelvane_LoadBMP(line.argv[4], pixels, &width, &height)) return FailWithLastError();
+    const long address = ParseNumberArgument(line.argv[3]);
+    if (!Trelvane_LoadROM(line.argv[1])) return FailWithLastError();
+    if (!Trelvane_EncodeTiles(pixels, width, height, address, (width / 8) * (height / 8), format) ||
+        !Trelvane_SaveROM(line.argv[1]))
+        return FreeAndFail();
+    Trelvane_FreeROM(-1);
+    Trelvane_SetStringFile(line.argv[4]);
+    PrintMessageLine(TLMSG_TILES_SUCCESS);
+    return 0;
+}
+
+int RunTilesDump(const CommandLine& line) {
+    const char* format = TileFormatArgument(line);
+    static unsigned char pixels[kSheetSide * kSheetSide];
+    if (!Trelvane_LoadROM(line.argv[1])) return FailWithLastError();
+    const long address = ParseNumberArgument(line.argv[3]);
+    if (!Trelvane_DecodeTiles(pixels, kSheetSide, kSheetSide, address, format) ||
+        !Trelvane_WriteBMP(line.argv[4], pixels, kSheetSide, kSheetSide))
+        return FreeAndFail();
+    Trelvane_FreeROM(-1);
+    return 0;
+}

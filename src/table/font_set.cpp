@@ -45,6 +45,14 @@ bool HasTerminalCode(const Font& font) {
     return false;
 }
 
+// The second font of a pair has the first one's codes and flags, with its own texts and rule.
+void ShareCodes(const Font& from, Font& to) {
+    std::memcpy(to.flags, from.flags, sizeof to.flags);
+    std::memcpy(to.twoByteCodes, from.twoByteCodes, sizeof to.twoByteCodes);
+    std::memcpy(to.twoByteMap, from.twoByteMap, sizeof to.twoByteMap);
+    to.twoByteCounter = from.twoByteCounter;
+}
+
 }  // namespace
 
 void ResetFontSet() {
@@ -97,7 +105,9 @@ int DefineTwoByteCode(Font& font, uint16_t code) {
 
 long CompleteLoad(const char* file, int slots) {
     int first = TheFontSet.fontCount;
-    if (!HasTerminalCode(TheFontSet.fonts[first])) return SetError(TLERR_NO_TERMINALS, file, 0, 0);
+    Font& font = TheFontSet.fonts[first];
+    if (!HasTerminalCode(font)) return SetError(TLERR_NO_TERMINALS, file, 0, 0);
+    if (slots == 2) ShareCodes(font, TheFontSet.fonts[first + 1]);
     for (int slot = first; slot < first + slots; ++slot) BuildEncoderIndex(TheFontSet.fonts[slot]);
     TheFontSet.fontCount = static_cast<uint8_t>(first + slots);
     return first + 1;

@@ -80,8 +80,9 @@ int DefineTwoByteCode(Font& font, uint16_t code);
 inline int LastEntryIndex(const Font& font) { return TWO_BYTE_FIRST_ENTRY - 1 + font.twoByteCounter; }
 
 // Ends a load of `slots` fonts (1, or 2 for a table with alternative texts)
-// into the next free slot: checks that the first holds a terminal code, counts
-// the slots and returns the first one's ID; 0 after reporting TLERR_NO_TERMINALS.
+// into the next free slot: checks that the first holds a terminal code, gives
+// the second the first one's codes and flags, counts the slots and returns the
+// first one's ID; 0 after reporting TLERR_NO_TERMINALS.
 long CompleteLoad(const char* file, int slots);
 
 // Bytes a two-byte code entry writes, high byte first.

@@ -72,8 +72,9 @@ Match MatchTableText(const Font& font, const char* at) {
             if (MatchParameterEntry(font, entry, at, match)) return match;
             continue;
         }
+        // The first character is known to match.
         size_t length = index.textLength[entry];
-        if (length > best.length && std::strncmp(at, font.texts[entry], length) == 0) {
+        if (length > best.length && std::strncmp(at + 1, font.texts[entry] + 1, length - 1) == 0) {
             best.entry = entry;
             best.length = length;
         }
@@ -87,9 +88,10 @@ Match MatchBackslash(const Font& font, size_t consumed) {
     char name[] = "<back00>";
     name[5] = static_cast<char>('0' + consumed / 10);
     name[6] = static_cast<char>('0' + consumed % 10);
+    constexpr unsigned char first = '<';
     const EncoderIndex& index = font.index;
     Match match;
-    for (int i = index.start['<']; i < index.start['<' + 1]; ++i) {
+    for (int i = index.start[first]; i < index.start[first + 1]; ++i) {
         int entry = index.entries[i];
         if (SameTextIgnoringCase(font.texts[entry], name)) {
             match.entry = entry;

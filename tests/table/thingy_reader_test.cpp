@@ -105,7 +105,9 @@ TEST_F(ThingyReaderTest, ChoosesTheReaderByExtension) {
     EXPECT_EQ(Trelvane_LoadFont((dir / "UPPER.TBL").c_str()), 1);
     std::filesystem::create_directory(dir.path() / "d.tbl");
     WriteFile(dir / "d.tbl/plain", std::string("/FF\n"));
+    testing::internal::CaptureStdout();
     EXPECT_EQ(Trelvane_LoadFont((dir / "d.tbl/plain").c_str()), 0);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "loadFile failed on '" + (dir / "d.tbl/plain") + "'\n");
     EXPECT_EQ(TheFontSet.fontCount, 1);
 }
 

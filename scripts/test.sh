@@ -1,0 +1,32 @@
+#!/usr/bin/env bash
+# Builds and runs every test: the fuzz targets for a few seconds each, then
+# the whole suite in the release build (which also builds the benchmarks) and
+# under AddressSanitizer and UndefinedBehaviorSanitizer. Exits non-zero on
+# any failure.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+source scripts/setup.sh
+ensure_packages
+
+FUZZ_SECONDS=${FUZZ_SECONDS:-8}
+
+echo "== fuzz targets (${FUZZ_SECONDS} s each)"
+cmake --preset fuzz >/dev/null
+cmake --build --preset fuzz -j2
+mkdir -p build/fuzz/runs
+for target in build/fuzz/fuzz/*_fuzz; do
+    echo "-- $(basename "$target")"
+    (cd build/fuzz/runs && "../../../$target" -max_total_time="$FUZZ_SECONDS" -print_final_stats=0 2>&1 | tail -n 1)
+done
+
+echo "== release build (tests and benchmarks)"
+cmake --preset release >/dev/null
+cmake --build --preset release -j2
+echo "== sanitize build"
+cmake --preset sanitize >/dev/null
+cmake --build --preset sanitize -j2
+
+echo "== release tests"
+ctest --preset release -j2
+echo "== sanitize tests"
+ctest --preset sanitize -j2
