@@ -1,5 +1,72 @@
-#include "app/command_sequences.h"
-#include "app/sequence_support.h"
+#include <cstdio>
+#include <cstdlib>
+#include <string>
 
-int RunScriptDump(const CommandLine&) { return ReportUnavailableCommand("d"); }
-int RunPointerDump(const CommandLine&) { return ReportUnavailableCommand("x"); }
+#include "app/command_sequences.h"
+#include "app/script_dump.h"
+#include "app/sequence_support.h"
+#include "trelvane.h"
+
+namespace {
+
+// Loads the image (argument 1) and the character table (argument 3).
+bool LoadImageAndTable(const CommandLine& line) {
+    return Trelvane_LoadROM(line.argv[1]) && Trelvane_LoadFont(line.argv[3]);
+}
+
+// The count argument at position `at` when it is the last argument, else 0.
+// Entry numbers have four hex digits, so a larger count is cut to 65536.
+long CountArgument(const CommandLine& line, int at) {
+    constexpr long kMaxCount = 0x10000;
+    if (line.argc != at + 1) return 0;
+    long count = ParseNumberArgument(line.argv[at]);
+    if (count < 0) return 0;
+    return count > kMaxCount ? kMaxCount : count;
+}
+
+DumpRequest MakeRequest(const CommandLine& line, const PointerTable* table, long count) {
+    return DumpRequest{line.fontId, table, count, ParseNumberArgument(line.argv[5]), line.argv[3], line.argv[4]};
+}
+
+// A pointer table given by hand must have a size of 1 to 4 bytes and at least
+// one string per pointer; anything else is refused as not supported.
+bool CheckTableShape(long size, long frequency) {
+    if (size >= 1 && size <= 4 && frequency >= 1) return true;
+    std::string what = size < 1 || size > 4 ? "Pointer size " + std::to_string(size)
+                                             : "Pointer frequency " + std::to_string(frequency);
+    Trelvane_SetStringData(0, what.c_str());
+    PrintMessageLine(TLERR_UNSUPPORTED);
+    return false;
+}
+
+}  // namespace
+
+int RunScriptDump(const CommandLine& line) {
+    if (!LoadImageAndTable(line)) return FailWithLastError();
+    long count = CountArgument(line, 6);
+    std::printf("%s ", Trelvane_GetString(TLMSG_PTABLE_SEARCHING));
+    PointerTable* table = Trelvane_FindPointerTable(line.fontId, ParseNumberArgument(line.argv[5]));
+    PrintMessageLine(table ? TLMSG_PTABLE_FOUND : TLMSG_PTABLE_NOTFOUND);
+    if (!table && count == 0) {
+        PrintMessageLine(TLERR_TABLE_OR_COUNT);
+        Trelvane_FreeROM(-1);
+        return -1;
+    }
+    int status = DumpScript(MakeRequest(line, table, count ? count : table->count));
+    std::free(table);
+    return status;
+}
+
+int RunPointerDump(const CommandLine& line) {
+    long size = ParseNumberArgument(line.argv[6]);
+    long frequency = ParseNumberArgument(line.argv[7]);
+    if (!CheckTableShape(size, frequency)) return -1;
+    if (!LoadImageAndTable(line)) return FailWithLastError();
+    PointerTable table{};
+    table.table = static_cast<int>(ParseNumberArgument(line.argv[5]));
+    table.size = static_cast<int>(size);
+    table.frequency = static_cast<int>(frequency);
+    long count = CountArgument(line, 8);
+    Trelvane_AdjustPointerTable(line.fontId, &table);
+    return DumpScript(MakeRequest(line, &table, count ? count : table.count));
+}

@@ -28,6 +28,14 @@ Bytes ReadFile(const std::string& path);
 std::string ReadText(const std::string& path);
 bool FileExists(const std::string& path);
 
+inline bool StartsWith(const std::string& text, const std::string& start) {
+    return text.compare(0, start.size(), start) == 0;
+}
+
+inline bool EndsWith(const std::string& text, const std::string& end) {
+    return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+}
+
 struct RunResult {
     int status;          // exit status as the shell sees it (0 to 255)
     std::string output;  // everything written to standard output

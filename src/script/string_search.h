@@ -1,0 +1,10 @@
+// The three string searches over the current image: plain, wide (one pattern
+// byte per two-byte unit) and relative (equal rises and falls between
+// neighbouring bytes, for text in a still unknown encoding).
+#pragma once
+
+#include <cstdint>
+
+// Offset of the first plain match that starts at or after from and lies wholly
+// inside the current image, or -1. A pattern of no bytes matches nowhere.
+int32_t FindPlainMatch(const unsigned char* pattern, int32_t length, int32_t from);
