@@ -25,7 +25,7 @@ constexpr CommandEntry kCommands[] = {
 
 enum class Check { Number, TileFormat, FileName, None };
 
-struct ParameterSpec {
+struct ParameterRule {
     bool required;
     Check check;
     int nameMessage;
@@ -33,7 +33,7 @@ struct ParameterSpec {
 };
 
 // Indexed by ParamKind.
-constexpr ParameterSpec kParameterSpecs[] = {
+constexpr ParameterRule kParameterRules[] = {
     {false, Check::None, TLERR_NONE, ""},
     {true, Check::Number, TLMSG_PARAM_ADDRESS, "<%s> "},
     {false, Check::TileFormat, TLMSG_PARAM_FORMAT, "[%s] "},
@@ -81,15 +81,15 @@ const CommandEntry* FindCommand(char letter) {
     return nullptr;
 }
 
-int ParameterNameMessage(ParamKind kind) { return kParameterSpecs[kind].nameMessage; }
-const char* ParameterFrame(ParamKind kind) { return kParameterSpecs[kind].frame; }
+int ParameterNameMessage(ParamKind kind) { return kParameterRules[kind].nameMessage; }
+const char* ParameterFrame(ParamKind kind) { return kParameterRules[kind].frame; }
 
 bool ParametersPass(const CommandEntry& command, int argc, char** argv) {
     for (int k = 0; k < MAX_COMMAND_PARAMETERS && command.parameters[k] != PARAM_NONE; ++k) {
-        const ParameterSpec& spec = kParameterSpecs[command.parameters[k]];
+        const ParameterRule& rule = kParameterRules[command.parameters[k]];
         bool present = argc >= k + 4;
-        if (!present && spec.required) return false;
-        if (present && !PassesCheck(spec.check, argv[k + 3])) return false;
+        if (!present && rule.required) return false;
+        if (present && !PassesCheck(rule.check, argv[k + 3])) return false;
     }
     return true;
 }

@@ -1,6 +1,7 @@
 #include "text/fsa.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 
 namespace {
@@ -8,9 +9,11 @@ namespace {
 constexpr int STATE_GROWTH = 1024;
 constexpr int TRANSITION_GROWTH = 2048;
 // Guards against patterns whose insertion would recurse without end (a starred atom walked
-// around a cycle of existing states) or take unbounded work: such a pattern is refused.
-constexpr int MAX_INSERT_DEPTH = 512;
-constexpr long MAX_INSERT_CALLS = 100000;
+// around a cycle of existing states) or take unbounded work (a starred atom that spreads over
+// every path of a large automaton): such a pattern is refused. The toolkit's own lexicons and
+// names need a few hundred steps at most.
+constexpr int MAX_INSERT_DEPTH = 1024;
+constexpr long MAX_INSERT_WORK = 1L << 20;  // transitions visited or copied
 
 int GrownCapacity(int count, int step, int limit) { return std::min(count + step, limit); }
 
@@ -136,7 +139,12 @@ private:
     }
 
     bool Enter() {
-        if (++depth_ > MAX_INSERT_DEPTH || ++calls_ > MAX_INSERT_CALLS) failed_ = true;
+        if (++depth_ > MAX_INSERT_DEPTH) failed_ = true;
+        return Spend();
+    }
+
+    bool Spend() {
+        if (++work_ > MAX_INSERT_WORK) failed_ = true;
         return !failed_;
     }
 
@@ -180,7 +188,7 @@ private:
     bool PlaceAlongExisting(int state, CharSet& atom, int atomStart, int p, bool star) {
         bool rest = true;
         // Transitions appended meanwhile (also by the recursive calls) are visited too.
-        for (size_t i = 0; i < fsa_.outgoing_[state].size() && !failed_; ++i) {
+        for (size_t i = 0; i < fsa_.outgoing_[state].size() && Spend(); ++i) {
             const int index = fsa_.outgoing_[state][i];
             const CharSet set = fsa_.transitions_[index].set;
             const CharSet common = set.Intersection(atom);
@@ -229,6 +237,7 @@ private:
         }
         fsa_.accept_.push_back(accept);
         fsa_.outgoing_.emplace_back();
+        fsa_.targets_.resize(fsa_.targets_.size() + 256, Fsa::NO_TARGET);
         return state;
     }
 
@@ -244,12 +253,12 @@ private:
         }
         fsa_.transitions_.push_back({static_cast<uint16_t>(from), static_cast<uint16_t>(to), set});
         fsa_.outgoing_[from].push_back(static_cast<uint16_t>(index));
+        fsa_.SetTargets(from, set, static_cast<uint16_t>(to));
     }
 
     // Gives clone a copy of every transition that leaves source, in table order.
     void CopyTransitions(int source, int clone) {
-        if (failed_) return;
-        for (size_t i = 0; i < fsa_.outgoing_[source].size(); ++i) {
+        for (size_t i = 0; i < fsa_.outgoing_[source].size() && Spend(); ++i) {
             const FsaTransition u = fsa_.transitions_[fsa_.outgoing_[source][i]];
             Append(clone, u.to, u.set);
         }
@@ -266,23 +275,28 @@ private:
 
     void SetTarget(int index, int to) {
         SaveTransition(index);
-        fsa_.transitions_[index].to = static_cast<uint16_t>(to);
+        FsaTransition& t = fsa_.transitions_[index];
+        t.to = static_cast<uint16_t>(to);
+        fsa_.SetTargets(t.from, t.set, t.to);
     }
 
     void SetSet(int index, const CharSet& set) {
         SaveTransition(index);
-        fsa_.transitions_[index].set = set;
+        FsaTransition& t = fsa_.transitions_[index];
+        fsa_.SetTargets(t.from, t.set, Fsa::NO_TARGET);
+        t.set = set;
+        fsa_.SetTargets(t.from, t.set, t.to);
     }
 
     void Undo() {
-        for (int index = fsa_.TransitionCount() - 1; index >= oldTransitionCount_; --index)
-            fsa_.outgoing_[fsa_.transitions_[index].from].pop_back();
         fsa_.transitions_.resize(static_cast<size_t>(oldTransitionCount_));
         fsa_.accept_.resize(static_cast<size_t>(oldStateCount_));
         fsa_.outgoing_.resize(static_cast<size_t>(oldStateCount_));
+        fsa_.targets_.resize(static_cast<size_t>(oldStateCount_) * 256);
         for (auto it = savedTransitions_.rbegin(); it != savedTransitions_.rend(); ++it)
             fsa_.transitions_[it->index] = it->old;
         for (auto it = savedAccepts_.rbegin(); it != savedAccepts_.rend(); ++it) fsa_.accept_[it->state] = it->old;
+        fsa_.RebuildIndexes();
     }
 
     Fsa& fsa_;
@@ -292,24 +306,28 @@ private:
     const int oldTransitionCount_;
     char buffer_[FSA_MAX_PATTERN_LENGTH + 1];
     int depth_ = 0;
-    long calls_ = 0;
+    long work_ = 0;
     bool failed_ = false;
     std::vector<SavedTransition> savedTransitions_;
     std::vector<SavedAccept> savedAccepts_;
 };
 
-Fsa::Fsa(uint32_t flags) : accept_{TOKEN_UNKNOWN}, outgoing_(1), stateCapacity_(2048),
+Fsa::Fsa(uint32_t flags) : accept_{TOKEN_UNKNOWN}, outgoing_(1), targets_(256, NO_TARGET), stateCapacity_(2048),
                            transitionCapacity_(4096), flags_(flags) {
     accept_.reserve(static_cast<size_t>(stateCapacity_));
     transitions_.reserve(static_cast<size_t>(transitionCapacity_));
 }
 
 int Fsa::Next(int state, unsigned char c) const {
-    for (uint16_t index : outgoing_[static_cast<size_t>(state)]) {
-        const FsaTransition& t = transitions_[index];
-        if (t.set.Has(c)) return t.to;
+    const uint16_t target = targets_[static_cast<size_t>(state) * 256 + c];
+    return target == NO_TARGET ? -1 : target;
+}
+
+void Fsa::SetTargets(int from, const CharSet& set, uint16_t to) {
+    uint16_t* row = &targets_[static_cast<size_t>(from) * 256];
+    for (int byte = 0; byte < 32; ++byte) {
+        for (unsigned bits = set.bits[byte]; bits != 0; bits &= bits - 1) row[byte * 8 + std::countr_zero(bits)] = to;
     }
-    return -1;
 }
 
 bool Fsa::AddPattern(int32_t kind, const char* pattern, bool caseSensitive) {
@@ -343,13 +361,17 @@ Fsa Fsa::OwnedCopy() const {
 void Fsa::GroupBySource() {
     std::stable_sort(transitions_.begin(), transitions_.end(),
                      [](const FsaTransition& a, const FsaTransition& b) { return a.from < b.from; });
-    RebuildOutgoing();
+    RebuildIndexes();
 }
 
-void Fsa::RebuildOutgoing() {
+void Fsa::RebuildIndexes() {
     for (auto& list : outgoing_) list.clear();
-    for (size_t index = 0; index < transitions_.size(); ++index)
-        outgoing_[transitions_[index].from].push_back(static_cast<uint16_t>(index));
+    std::fill(targets_.begin(), targets_.end(), NO_TARGET);
+    for (size_t index = 0; index < transitions_.size(); ++index) {
+        const FsaTransition& t = transitions_[index];
+        outgoing_[t.from].push_back(static_cast<uint16_t>(index));
+        SetTargets(t.from, t.set, t.to);
+    }
 }
 
 Fsa CompileLexicon(std::span<const LexiconPattern> patterns) {

@@ -59,7 +59,7 @@ public:
     int32_t Accept(int state) const { return accept_[static_cast<size_t>(state)]; }
     const FsaTransition& Transition(int index) const { return transitions_[static_cast<size_t>(index)]; }
 
-    // The state that c leads to from state, or -1. Costs the state's own transitions only.
+    // The state that c leads to from state, or -1: one lookup in the state's row.
     int Next(int state, unsigned char c) const;
 
     // Compiles pattern so that text matching it is reported as kind (a later pattern ending in
@@ -79,12 +79,20 @@ public:
 private:
     friend class PatternInsertion;
 
+    static constexpr uint16_t NO_TARGET = 0xFFFF;
+
     void EnsureRoomFor(int patternLength);
-    void RebuildOutgoing();
+    // Points every character of set, leaving from, at to in the lookup rows.
+    void SetTargets(int from, const CharSet& set, uint16_t to);
+    // Rebuilds the per-state indexes from the transition table.
+    void RebuildIndexes();
 
     std::vector<int32_t> accept_;
     std::vector<FsaTransition> transitions_;
-    std::vector<std::vector<uint16_t>> outgoing_;  // transition indices of each state, in table order
+    // Per-state indexes kept in step with the table: each state's transition indices in table
+    // order (what the compiler walks), and one row of 256 targets per state (what Match reads).
+    std::vector<std::vector<uint16_t>> outgoing_;
+    std::vector<uint16_t> targets_;
     int stateCapacity_;
     int transitionCapacity_;
     uint32_t flags_;

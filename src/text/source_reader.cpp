@@ -64,6 +64,30 @@ const char* CurrentPosition(const SourceFrame& frame) {
     return frame.lineStart ? frame.lineStart + frame.column - 1 : nullptr;
 }
 
+char CharAt(const SourceFrame& frame) { return frame.lineStart ? frame.lineStart[frame.column - 1] : '\0'; }
+
+// Consumes the current character of frame: see SourceReader::Advance.
+char AdvanceIn(SourceFrame& frame) {
+    char c = CharAt(frame);
+    while (c == '\r') {  // a carriage return takes the next character with it
+        ++frame.column;
+        c = CharAt(frame);
+    }
+    if (c == '\0') return c;
+    if (c == '\n') {
+        frame.lineStart = CurrentPosition(frame) + 1;
+        frame.column = 1;
+        ++frame.line;
+    } else {
+        ++frame.column;
+    }
+    return c;
+}
+
+void SkipSpaceIn(SourceFrame& frame) {
+    while (IsSpace(CharAt(frame))) AdvanceIn(frame);
+}
+
 // Holds the result of Substring until the next call.
 std::string substringResult;
 
@@ -118,35 +142,9 @@ bool SourceReader::AddPattern(int32_t kind, const char* pattern) {
     return owned_->AddPattern(kind, pattern, (options_ & READER_CASE_SENSITIVE) != 0);
 }
 
-char SourceReader::CurrentChar() const {
-    const SourceFrame* frame = Top();
-    const char* position = frame ? CurrentPosition(*frame) : nullptr;
-    return position ? *position : '\0';
-}
+char SourceReader::CurrentChar() const { return Top() ? CharAt(*Top()) : '\0'; }
 
-char SourceReader::Advance() {
-    SourceFrame* frame = Top();
-    if (!frame || !frame->lineStart) return '\0';
-    char c = *CurrentPosition(*frame);
-    while (c == '\r') {  // a carriage return takes the next character with it
-        ++frame->column;
-        c = *CurrentPosition(*frame);
-    }
-    if (c == '\0') return c;
-    if (c == '\n') {
-        frame->lineStart = CurrentPosition(*frame) + 1;
-        frame->column = 1;
-        ++frame->line;
-    } else {
-        ++frame->column;
-    }
-    return c;
-}
-
-void SourceReader::SkipSpace() {
-    while (IsSpace(CurrentChar())) Advance();
-}
-
+char SourceReader::Advance() { return Top() ? AdvanceIn(*Top()) : '\0'; }
 int32_t SourceReader::Match() {
     SourceFrame* frame = Top();
     const Fsa* fsa = Automaton();
@@ -154,18 +152,18 @@ int32_t SourceReader::Match() {
     const int32_t line = frame->line;
     const int32_t column = frame->column;
     const char* lineStart = frame->lineStart;
-    if (options_ & READER_SKIP_SPACE) SkipSpace();
+    if (options_ & READER_SKIP_SPACE) SkipSpaceIn(*frame);
     frame->matchKind = TOKEN_UNKNOWN;
     frame->matchLength = 0;
     frame->matchLine = frame->line;
     frame->matchColumn = frame->column;
     const char* start = CurrentPosition(*frame);
-    if (CurrentChar() == '\0') return TOKEN_END;
+    if (CharAt(*frame) == '\0') return TOKEN_END;
     int state = 0;
-    for (int32_t count = 1; CurrentChar() != '\0'; ++count) {
-        state = fsa->Next(state, static_cast<unsigned char>(CurrentChar()));
+    for (int32_t count = 1; CharAt(*frame) != '\0'; ++count) {
+        state = fsa->Next(state, static_cast<unsigned char>(CharAt(*frame)));
         if (state < 0) break;
-        Advance();
+        AdvanceIn(*frame);
         ++frame->matchColumn;
         if (fsa->Accept(state) != TOKEN_UNKNOWN) {
             frame->matchKind = fsa->Accept(state);
@@ -183,7 +181,7 @@ int32_t SourceReader::NextToken() {
     if (!Automaton()) std::fputs("Warning: no FSA\n", stdout);
     SourceFrame* frame = Top();
     if (!frame || !Automaton()) return TOKEN_END;
-    if (options_ & READER_SKIP_SPACE) SkipSpace();
+    if (options_ & READER_SKIP_SPACE) SkipSpaceIn(*frame);
     const bool atEnd = Match() == TOKEN_END;
     frame->tokenKind = atEnd ? TOKEN_END : frame->matchKind;
     frame->tokenLength = frame->matchLength;
@@ -194,10 +192,10 @@ int32_t SourceReader::NextToken() {
     frame->tokenText.swap(frame->matchText);
     if (frame->tokenLength == 0) {
         frame->tokenLength = 1;
-        const char c = Advance();
+        const char c = AdvanceIn(*frame);
         if (c != '\0') frame->tokenText.assign(1, c);
     } else {
-        for (int32_t i = 0; i < frame->tokenLength; ++i) Advance();
+        for (int32_t i = 0; i < frame->tokenLength; ++i) AdvanceIn(*frame);
     }
     return frame->tokenKind;
 }

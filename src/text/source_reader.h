@@ -84,8 +84,6 @@ public:
     SourceFrame* Top() const { return frames_.empty() ? nullptr : frames_.back().get(); }
 
 private:
-    void SkipSpace();
-
     uint32_t options_;
     const Fsa* shared_ = nullptr;
     std::unique_ptr<Fsa> owned_;

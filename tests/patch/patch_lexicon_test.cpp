@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 #include "text/source_reader.h"
 #include "text/token_list.h"
 
@@ -68,6 +70,21 @@ TEST(PatchLexiconTest, RunTimeWordsTakeOverTheirExactText) {
                          {TOKEN_IDENTIFIER, "foobar"}, {TOKEN_SYMBOL_BASE + 1, "lda"}, {TOKEN_IDENTIFIER, "ldax"},
                          {TOKEN_MACRO_BASE, "_twice"}, {TOKEN_UNDERSCORE_NAME, "_twice2"}}));
     EXPECT_EQ(Tokens(Lexicon65816(), "foo lda"), (TokenList{{TOKEN_IDENTIFIER, "foo"}, {42, "lda"}}));
+}
+
+TEST(PatchLexiconTest, PatternsThatWouldFloodTheCopyAreRefused) {
+    SourceReader reader(READER_SKIP_SPACE);
+    reader.SetAutomaton(&Lexicon65816());
+    const std::string longName(255, 'q');
+    ASSERT_TRUE(reader.AddPattern(TOKEN_SYMBOL_BASE, longName.c_str()));
+    ASSERT_TRUE(reader.AddPattern(TOKEN_SYMBOL_BASE + 1, longName.c_str()));
+    const int states = reader.Automaton()->StateCount();
+    const int transitions = reader.Automaton()->TransitionCount();
+    EXPECT_FALSE(reader.AddPattern(1, "^x*"));  // a starred complement spreads over every path
+    EXPECT_EQ(reader.Automaton()->StateCount(), states);
+    EXPECT_EQ(reader.Automaton()->TransitionCount(), transitions);
+    EXPECT_EQ(ReadTokens(reader, (longName + " lda").c_str()),
+              (TokenList{{TOKEN_SYMBOL_BASE + 1, longName}, {42, "lda"}}));
 }
 
 TEST(PatchLexiconTest, GenericLexiconHasNoInstructions) {

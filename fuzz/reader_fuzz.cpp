@@ -1,0 +1,45 @@
+// Arbitrary bytes cut into tokens by each lexicon, with the line helpers and
+// number conversions applied to what comes back.
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "patch/patch_lexicon.h"
+#include "script/header_lexicon.h"
+#include "table/table_lexicon.h"
+#include "text/source_reader.h"
+
+namespace {
+
+const Fsa& ChosenLexicon(uint8_t choice) {
+    switch (choice % 4) {
+    case 0: return Lexicon65816();
+    case 1: return GenericLexicon();
+    case 2: return TableLexicon();
+    default: return HeaderLexicon();
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    if (size == 0) return 0;
+    const uint8_t control = data[0];
+    const std::string text(reinterpret_cast<const char*>(data + 1), size - 1);
+    SourceReader reader((control & 0x10) ? READER_SKIP_SPACE : 0);
+    reader.SetAutomaton(&ChosenLexicon(control));
+    reader.OpenText("fuzz", text.c_str());
+    for (int kind = reader.NextToken(), n = 0; kind != TOKEN_END; kind = reader.NextToken(), ++n) {
+        if (reader.TokenColumn() > reader.TokenEndColumn()) __builtin_trap();
+        ParseHex(reader.TokenText());
+        ParseDecimal(reader.TokenText());
+        Substring(reader.TokenText(), static_cast<int32_t>(n % 5) - 2, static_cast<int32_t>(n % 7) - 3);
+        if ((control & 0x20) && n % 3 == 0) {
+            reader.LineText();
+            reader.SkipLine();
+        }
+        if ((control & 0x40) && n % 4 == 0) reader.Match();
+    }
+    if (reader.NextToken() != TOKEN_END || reader.TokenText()[0] != '\0') __builtin_trap();
+    return 0;
+}
