@@ -9,7 +9,10 @@
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "support/test_support.h"
+#include "trelvane.h"
 
 inline std::string GameTable() {
     std::string table;
@@ -21,10 +24,13 @@ inline std::string GameTable() {
     return table + "*FE\n/FF\n";
 }
 
-inline Bytes GameText(const std::string& text) {
+// The texts encoded end to end, each with its end code.
+inline Bytes GameText(const std::vector<std::string>& texts) {
     Bytes bytes;
-    for (char c : text) bytes.push_back(c == '\n' ? 0xFE : static_cast<unsigned char>(c));
-    bytes.push_back(0xFF);
+    for (const std::string& text : texts) {
+        for (char c : text) bytes.push_back(c == '\n' ? 0xFE : static_cast<unsigned char>(c));
+        bytes.push_back(0xFF);
+    }
     return bytes;
 }
 
@@ -47,7 +53,7 @@ public:
         std::vector<int64_t> offsets;
         for (const std::string& text : texts) {
             offsets.push_back(static_cast<int64_t>(at));
-            Put(at, GameText(text));
+            Put(at, GameText({text}));
             at += text.size() + 1;
         }
         return offsets;
@@ -61,36 +67,51 @@ public:
     }
 
     // The image as a .nes file: a 16-byte copier header in front.
-    void WriteNes(const std::string& path) const {
+    Bytes Nes() const {
         Bytes file(16 + bytes.size(), 0);
         std::copy(bytes.begin(), bytes.end(), file.begin() + 16);
-        WriteFile(path, file);
+        return file;
     }
+    void WriteNes(const std::string& path) const { WriteFile(path, Nes()); }
 
     Bytes bytes;
 };
 
-// "Line 0 x", "Line 1 xx", ... with `extra` more x's each; or, short, "s0",
-// "s3", "s6", ... that fit many to a 256-byte page.
-inline std::vector<std::string> NumberedTexts(int count, size_t extra = 0, bool shortTexts = false) {
+// "Line 0 x", "Line 1 xx", ... with `extra` more x's each.
+inline std::vector<std::string> NumberedTexts(int count, size_t extra = 0) {
     std::vector<std::string> texts;
-    for (int i = 0; i < count; ++i) {
-        std::string text = shortTexts ? "s" : "Line ";
-        text += std::to_string(shortTexts ? i * 3 : i);
-        if (!shortTexts) text.append(" ").append(extra + static_cast<size_t>(i % 7) + 1, 'x');
-        texts.push_back(text);
-    }
+    for (int i = 0; i < count; ++i)
+        texts.push_back("Line " + std::to_string(i) + " " + std::string(extra + static_cast<size_t>(i % 7) + 1, 'x'));
     return texts;
 }
 
 // Split pointer tables: 20 strings at 10010h whose pointers (base 10000h)
-// have their low bytes at 3000h and their high bytes at 3400h; and 20 short
-// strings in the page 37A00h behind a low-byte table at 1000h.
-inline GameImage SplitTableGame(std::vector<int64_t>& strings) {
+// have their low bytes at 3000h and their high bytes at 3400h, and again,
+// farther from the low bytes, at 2400h; and 20 short strings "s0", "s3", ...
+// in the page 37A00h behind a low-byte table at 1000h.
+inline GameImage SplitTableGame() {
     GameImage image(0x40000);
-    strings = image.PutStrings(0x10010, NumberedTexts(20, 30));
+    std::vector<int64_t> strings = image.PutStrings(0x10010, NumberedTexts(20, 30));
     image.PutPointers(0x3000, 1, strings, 0x10000);
     image.PutPointers(0x3400, 1, strings, 0x10000, 1);
-    image.PutPointers(0x1000, 1, image.PutStrings(0x37A10, NumberedTexts(20, 0, true)), 0x37A00);
+    image.PutPointers(0x2400, 1, strings, 0x10000, 1);
+    std::vector<std::string> shortTexts;
+    for (int i = 0; i < 20; ++i) shortTexts.push_back(std::string("s").append(std::to_string(i * 3)));
+    image.PutPointers(0x1000, 1, image.PutStrings(0x37A10, shortTexts), 0x37A00);
     return image;
 }
+
+// A folder holding the game's table, and the image last loaded from it.
+class GameTest : public ::testing::Test {
+protected:
+    void SetUp() override { WriteFile(dir / "game.tbl", GameTable()); }
+    void TearDown() override { Trelvane_FreeROM(-1); }
+
+    void Load(const GameImage& image) {
+        Trelvane_FreeROM(-1);
+        image.WriteNes(dir / "game.nes");
+        ASSERT_EQ(Trelvane_LoadROM((dir / "game.nes").c_str()), 1);
+    }
+
+    TempDir dir;
+};

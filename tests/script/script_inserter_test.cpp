@@ -8,24 +8,15 @@
 #include "script/game_image.h"
 #include "script/pointer_writer.h"
 #include "script/written_text.h"
-#include "support/test_support.h"
 #include "table/font_set.h"
-#include "trelvane.h"
 
 namespace {
 
-class ScriptInserterTest : public ::testing::Test {
+class ScriptInserterTest : public GameTest {
 protected:
     void SetUp() override {
-        WriteFile(dir / "game.tbl", GameTable());
-        LoadZeros(0x2000);
-    }
-    void TearDown() override { Trelvane_FreeROM(-1); }
-
-    void LoadZeros(size_t size) {
-        Trelvane_FreeROM(-1);
-        WriteFile(dir / "game.nes", Bytes(16 + size, 0));
-        ASSERT_EQ(Trelvane_LoadROM((dir / "game.nes").c_str()), 1);
+        GameTest::SetUp();
+        Load(GameImage(0x2000, true));
     }
 
     // Inserts a script behind a load line for the game's table, with no
@@ -48,23 +39,12 @@ protected:
         for (const auto& [at, bytes] : runs) std::copy(bytes.begin(), bytes.end(), expected.begin() + at);
         return Bytes(CurrentRom.data, CurrentRom.data + CurrentRom.size) == expected;
     }
-
-    static Bytes Texts(const std::vector<std::string>& texts) {
-        Bytes bytes;
-        for (const std::string& text : texts) {
-            Bytes encoded = GameText(text);
-            bytes.insert(bytes.end(), encoded.begin(), encoded.end());
-        }
-        return bytes;
-    }
-
-    TempDir dir;
 };
 
-TEST_F(ScriptInserterTest, HeaderErrors) {
+TEST_F(ScriptInserterTest, RefusalsWriteNothing) {
+    std::string longest = "textaddress 1000h\n[0000]\n" + std::string(2000, 'a') + "\n" + std::string(47, 'a');
     struct Case {
-        std::string script;
-        std::string error;
+        std::string script, error;
     } cases[] = {
         {"textaddress load", "s.txt:2,13:Expected 'number', found 'load'."},
         {"pointertable (", "s.txt:2,14:Expected 'address', found '('."},
@@ -78,106 +58,86 @@ TEST_F(ScriptInserterTest, HeaderErrors) {
         {"textaddress 10h\n)", "s.txt:3,1:Unknown command: )"},
         {"load \"missing.tbl\"", "Error opening missing.tbl."},
         {"pointertable 10h\n[0000]\nHi", "s.txt:Text address unspecified."},
+        // A limit of 0 is divided as if it were 1; the end of the image limits too.
+        {"textaddress 1000h (0)\n[0000]\nab\n", "s.txt:Too much space used - 3/0 (300%)"},
+        {"textaddress 1FFEh\n[0000]\nHello\n", "s.txt:Too much space used - 6/2 (300%)"},
+        {"textaddress 1000h pointertable 1FFFh pointersize 2\n[0000]\nHello\n",
+         "Pointer at 001FFFh outside the image not supported."},
+        {"textaddress 1000h pointertablelow 100h pointertablehigh 2000h\n[0000]\nHello\n",
+         "Pointer at 002000h outside the image not supported."},
+        {"textaddress 1000h\n[0000]\nBack\\slash\n[0001]\nOK\n", "s.txt:3,1:Unable to encode: Back\\slash"},
+        // At the end of the file the column is the reader's token column, which
+        // the last line read has moved to the left of the section's "[".
+        {"textaddress 1000h\n[0000]\nlast\\one", "s.txt:3,-6:Unable to encode: last\\one"},
+        {longest + "\n[0001]", "s.txt:5,1:Unable to encode: string longer than 2047 characters"},
     };
-    for (const Case& c : cases) ExpectInsert(c.script, 0, c.error);
+    for (const Case& c : cases) {
+        ExpectInsert(c.script, 0, c.error);
+        EXPECT_TRUE(OnlyChanged({})) << c.script;
+    }
     EXPECT_EQ(Trelvane_InsertFromFile(1, (dir / "nothere.txt").c_str()), 0);
     EXPECT_EQ(std::string(Trelvane_GetLastError()), "Error opening " + (dir / "nothere.txt") + ".");
-    EXPECT_TRUE(OnlyChanged({}));
+    // 2047 joined characters reach the encoder (and overflow its area).
+    longest.pop_back();
+    EXPECT_EQ(Insert(longest + "\n[0001]"), 0);
+    EXPECT_EQ(LastError().code, TLERR_TEXT_NOENCODE);
+    EXPECT_EQ(LastError().data[0], longest.substr(25));
 }
 
-TEST_F(ScriptInserterTest, HeaderCommandsInAnyCaseAndAcrossLines) {
-    ExpectInsert("TEXTADDRESS\n100h TextAddress\n  200h ; a comment\nPointerTable 10h pointersize 1\n"
-                 "firstpointer words are ignored\n[0000]\nHi",
-                 1, "s.txt:1 strings - 3/268435455 (0%)");
-    EXPECT_TRUE(OnlyChanged({{0x200, GameText("Hi")}}));
-}
-
-TEST_F(ScriptInserterTest, StringSectionLineRules) {
-    // Without a pointer table the strings go end to end and count as one.
-    ExpectInsert("textaddress 100h [ the rest of this line is skipped\n"
-                 "Hello;world\n[0001] ; 000106\n[0A]Hi\n[0002]\nTail_\n[0003]\nTabs \t \t\n"
-                 "[0004]\n; comment\n  \nA\n\nB\n\n\n[0005]\n[0006]\n[0A]\n[0007]\n",
-                 1, "s.txt:1 strings - 35/268435455 (0%)");
-    EXPECT_TRUE(OnlyChanged({{0x100, Texts({"Hello", "[0A]Hi", "Tail ", "Tabs", "A\n\nB", "", "[0A]"})}}));
-}
-
-TEST_F(ScriptInserterTest, IdenticalGroupsShareTheirPlace) {
-    // Pointer values count from the text address when no first pointer is
-    // given. A tail of earlier text is shared too; the last group never is.
-    ExpectInsert("textaddress 1000h pointertable 100h pointersize 2\n"
-                 "[0000]\nHello\n[0001]\nWorld\n[0002]\nHello\n[0003]\norld\n[0004]\nHello\n",
-                 1, "s.txt:5 strings - 18/268435455 (0%)");
-    EXPECT_TRUE(OnlyChanged({{0x100, {0x00, 0x00, 0x06, 0x00, 0x00, 0x00, 0x07, 0x00, 0x0C, 0x00}},
-                             {0x1000, Texts({"Hello", "World", "Hello"})}}));
-}
-
-TEST_F(ScriptInserterTest, GroupsByFrequency) {
-    ExpectInsert("textaddress 1000h pointertable 100h pointersize 3 pointerfrequency 2\n[0000]\nAB\n[0001]\nC\n[0002]\nD",
-                 1, "s.txt:3 strings - 7/268435455 (0%)");
-    EXPECT_TRUE(OnlyChanged({{0x100, {0x00, 0x00, 0x00, 0x05, 0x00, 0x00}}, {0x1000, Texts({"AB", "C", "D"})}}));
-}
-
-TEST_F(ScriptInserterTest, SplitTablesAndAPointerPlaceThatCarriesOver) {
-    LoadZeros(0x20000);
-    ExpectInsert("textaddress 12340h firstpointer 12340h\n"
-                 "pointertablelow 100h pointertablehigh 200h pointertablebank 300h\n[0000]\nA\n[0001]\nB\n",
-                 1, "s.txt:2 strings - 4/268435455 (0%)");
-    EXPECT_TRUE(OnlyChanged(
-        {{0x100, {0x40, 0x42}}, {0x200, {0x23, 0x23}}, {0x300, {0x01, 0x01}}, {0x12340, Texts({"A", "B"})}}));
+TEST_F(ScriptInserterTest, WritesEachGroupAndItsPointers) {
+    struct Case {
+        std::string script, message;
+        std::vector<std::pair<size_t, Bytes>> runs;
+    } cases[] = {
+        {"TEXTADDRESS\n100h TextAddress\n  200h ; a comment\nPointerTable 10h pointersize 1\n"
+         "firstpointer words are ignored\n[0000]\nHi",
+         "s.txt:1 strings - 3/268435455 (0%)", {{0x200, GameText({"Hi"})}}},
+        // Without a pointer table the strings go end to end and count as one.
+        {"textaddress 100h [ the rest of this line is skipped\n"
+         "Hello;world\n[0001] ; 000106\n[0A]Hi\n[0002]\nTail_\n[0003]\nTabs \t \t\n"
+         "[0004]\n; comment\n  \nA\n\nB\n\n\n[0005]\n[0006]\n[0A]\n[0007]\n",
+         "s.txt:1 strings - 35/268435455 (0%)",
+         {{0x100, GameText({"Hello", "[0A]Hi", "Tail ", "Tabs", "A\n\nB", "", "[0A]"})}}},
+        // Pointer values count from the text address when no first pointer is
+        // given. A tail of earlier text is shared too; the last group never is.
+        {"textaddress 1000h pointertable 100h pointersize 2\n"
+         "[0000]\nHello\n[0001]\nWorld\n[0002]\nHello\n[0003]\norld\n[0004]\nHello\n",
+         "s.txt:5 strings - 18/268435455 (0%)",
+         {{0x100, {0x00, 0x00, 0x06, 0x00, 0x00, 0x00, 0x07, 0x00, 0x0C, 0x00}},
+          {0x1000, GameText({"Hello", "World", "Hello"})}}},
+        {"textaddress 1000h pointertable 100h pointersize 3 pointerfrequency 2\n[0000]\nAB\n[0001]\nC\n[0002]\nD",
+         "s.txt:3 strings - 7/268435455 (0%)",
+         {{0x100, {0x00, 0x00, 0x00, 0x05, 0x00, 0x00}}, {0x1000, GameText({"AB", "C", "D"})}}},
+        {"textaddress 18000h firstpointer 8000h pointertable 100h pointersize 2\n[0000]\nHi\n",
+         "s.txt:1 strings - 3/268435455 (0%)", {{0x100, {0x00, 0x80}}, {0x18000, GameText({"Hi"})}}},
+        {"textaddress 1000h (FFFFFFFFh)\n[0000]\nab\n", "s.txt:1 strings - 3/268435455 (0%)",
+         {{0x1000, GameText({"ab"})}}},  // no limit
+        // Scripts that end early write nothing.
+        {"textaddress 100h (50)", "s.txt:0 strings - 0/50 (0%)", {}},
+        {"textaddress 100h pointertable 10h pointersize 2\n[0000] ; 000100\n", "s.txt:1 strings - 0/268435455 (0%)", {}},
+        // Split tables; the last case leaves its pointer place for the next script.
+        {"textaddress 12340h firstpointer 12340h\n"
+         "pointertablelow 100h pointertablehigh 200h pointertablebank 300h\n[0000]\nA\n[0001]\nB\n",
+         "s.txt:2 strings - 4/268435455 (0%)",
+         {{0x100, {0x40, 0x42}}, {0x200, {0x23, 0x23}}, {0x300, {0x01, 0x01}}, {0x12340, GameText({"A", "B"})}}},
+    };
+    for (const Case& c : cases) {
+        Load(GameImage(0x20000, true));
+        ExpectInsert(c.script, 1, c.message);
+        EXPECT_TRUE(OnlyChanged(c.runs)) << c.script;
+    }
     // A script without pointer commands goes on where the last one ended.
     WriteFile(dir / "next.txt", "textaddress 10000h firstpointer 10000h\n[0000]\nC\n");
     EXPECT_EQ(Trelvane_InsertFromFile(1, (dir / "next.txt").c_str()), 1);
     EXPECT_EQ(Bytes(CurrentRom.data + 0x300, CurrentRom.data + 0x303), (Bytes{0x01, 0x01, 0x01}));
 }
 
-TEST_F(ScriptInserterTest, FirstPointerMapsValuesOntoTheTextAddress) {
-    LoadZeros(0x20000);
-    ExpectInsert("textaddress 18000h firstpointer 8000h pointertable 100h pointersize 2\n[0000]\nHi\n", 1,
-                 "s.txt:1 strings - 3/268435455 (0%)");
-    EXPECT_TRUE(OnlyChanged({{0x100, {0x00, 0x80}}, {0x18000, GameText("Hi")}}));
-}
-
-TEST_F(ScriptInserterTest, SpaceLimits) {
+TEST_F(ScriptInserterTest, GroupsThatFitAreWrittenAndAllPointers) {
     std::string script = "textaddress 1000h (100) pointertable 100h pointersize 2\n";
     for (char c : {'a', 'b', 'c'}) script += std::string("[0000]\n") + std::string(49, c) + "\n";
     ExpectInsert(script, 0, "s.txt:Too much space used - 150/100 (150%)");
-    // The groups that fit are written; the pointers all are.
     EXPECT_TRUE(OnlyChanged({{0x100, {0x00, 0x00, 0x32, 0x00, 0x64, 0x00}},
-                             {0x1000, Texts({std::string(49, 'a'), std::string(49, 'b')})}}));
-    // A limit of 0 is divided as if it were 1; FFFFFFFFh means no limit.
-    ExpectInsert("textaddress 1000h (0)\n[0000]\nab\n", 0, "s.txt:Too much space used - 3/0 (300%)");
-    ExpectInsert("textaddress 1000h (FFFFFFFFh)\n[0000]\nab\n", 1, "s.txt:1 strings - 3/268435455 (0%)");
-    // The end of the image limits the text as well.
-    LoadZeros(0x2000);
-    ExpectInsert("textaddress 1FFEh\n[0000]\nHello\n", 0, "s.txt:Too much space used - 6/2 (300%)");
-    ExpectInsert("textaddress 1000h pointertable 1FFFh pointersize 2\n[0000]\nHello\n", 0,
-                 "Pointer at 001FFFh outside the image not supported.");
-    ExpectInsert("textaddress 1000h pointertablelow 100h pointertablehigh 2000h\n[0000]\nHello\n", 0,
-                 "Pointer at 002000h outside the image not supported.");
-    EXPECT_TRUE(OnlyChanged({}));
-}
-
-TEST_F(ScriptInserterTest, StringsThatCannotBeEncoded) {
-    ExpectInsert("textaddress 1000h\n[0000]\nOK\n[0001]\nBack\\slash\n[0002]\nOK\n", 0,
-                 "s.txt:3,1:Unable to encode: Back\\slash");
-    // At the end of the file the column is the reader's token column, which
-    // the last line read has moved to the left of the section's "[".
-    ExpectInsert("textaddress 1000h\n[0000]\nOK\n[0001]\nlast\\one", 0, "s.txt:3,-6:Unable to encode: last\\one");
-    // 2047 joined characters reach the encoder (and overflow its area); one
-    // more is refused before.
-    std::string lines = "textaddress 1000h\n[0000]\n" + std::string(2000, 'a') + "\n";
-    EXPECT_EQ(Insert(lines + std::string(46, 'a') + "\n[0001]"), 0);
-    EXPECT_EQ(LastError().code, TLERR_TEXT_NOENCODE);
-    EXPECT_EQ(LastError().data[0], std::string(2000, 'a') + "\n" + std::string(46, 'a'));
-    ExpectInsert(lines + std::string(47, 'a') + "\n[0001]", 0,
-                 "s.txt:5,1:Unable to encode: string longer than 2047 characters");
-}
-
-TEST_F(ScriptInserterTest, ScriptsThatEndEarlyWriteNothing) {
-    ExpectInsert("textaddress 100h (50)", 1, "s.txt:0 strings - 0/50 (0%)");
-    ExpectInsert("textaddress 100h pointertable 10h pointersize 2\n[0000] ; 000100\n", 1,
-                 "s.txt:1 strings - 0/268435455 (0%)");
-    EXPECT_TRUE(OnlyChanged({}));
+                             {0x1000, GameText({std::string(49, 'a'), std::string(49, 'b')})}}));
 }
 
 TEST(WrittenTextTest, FindsTheFirstPlaceWhollyInsideTheText) {
