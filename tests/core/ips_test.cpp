@@ -51,7 +51,8 @@ TEST(IpsBuild, RecordsOfChangedRuns) {
 
     Bytes zeros(0x100 + 32769 + 20, 0), longRun = zeros;
     for (size_t i = 0x100; i < 0x100 + 32769; ++i) longRun[i] = static_cast<unsigned char>(i | 1);
-    EXPECT_EQ(Build(zeros, longRun), Patch({Record(0x100, Slice(longRun, 0x100, 0x8100)), Record(0x8100, {longRun[0x8100]})}));
+    EXPECT_EQ(Build(zeros, longRun),
+              Patch({Record(0x100, Slice(longRun, 0x100, 0x8100)), Record(0x8100, {longRun[0x8100]})}));
 }
 
 TEST(IpsBuild, LengthsDiffer) {

@@ -65,6 +65,8 @@ TEST_F(MessagesTest, PlaceholderNamesAndDiagnostics) {
     EXPECT_STREQ(FormatIntoResultArea("open [file"), "Unmatched [ in error format -664.");
 
     // A diagnostic leaves earlier results and the write position alone.
+    FormatIntoResultArea(std::string(RESULT_AREA_SIZE - 1, '.'));  // the next result starts the area
+    FormatIntoResultArea(std::string(900, 'x'));
     char* earlier = FormatIntoResultArea("earlier");
     FormatIntoResultArea("[bad]");
     EXPECT_STREQ(earlier, "earlier");
