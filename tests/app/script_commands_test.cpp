@@ -106,7 +106,8 @@ TEST_F(ScriptCommandsTest, DumpWithoutTable) {
     EXPECT_EQ(ReadText(dir / "out.txt"), "load \"game.tbl\"\r\n" + FirstEntries("00"));
     // End lines grow to three and four digits with the count.
     EXPECT_TRUE(EndsWith(Dump({"d", "game.tbl", "300.txt", "1000h", "300"}), "\r\n[012B] ; 001256\r\n; a\r\nM12B\r\n"));
-    EXPECT_TRUE(EndsWith(Dump({"d", "game.tbl", "5000.txt", "1000h", "5000"}), "\r\n[1387] ; 00370E\r\n; a\r\nM1387\r\n"));
+    EXPECT_TRUE(
+        EndsWith(Dump({"d", "game.tbl", "5000.txt", "1000h", "5000"}), "\r\n[1387] ; 00370E\r\n; a\r\nM1387\r\n"));
     ExpectRun({"d", "game.tbl", "none.txt", "1000h"}, 255,
               "Searching for pointer table... not found.\n"
               "Cannot dump script without pointer table unless count specified.\n");
@@ -144,7 +145,8 @@ TEST_F(ScriptCommandsTest, PointerDump) {
     ExpectRun({"x", "game.tbl", "out.txt", "5000h", "2", "2"}, 0, "");
     std::string dump = ReadText(dir / "out.txt");
     EXPECT_TRUE(StartsWith(dump, "load \"game.tbl\"\r\nfirstpointer 1010h\r\ntextaddress 001010h (69)\r\n"
-                                 "pointertable 005000h\r\npointersize 2\r\npointerfrequency 2\r\n\r\n[0000] ; 001010\r\n"));
+                                 "pointertable 005000h\r\npointersize 2\r\npointerfrequency 2\r\n\r\n"
+                                 "[0000] ; 001010\r\n"));
     EXPECT_TRUE(EndsWith(dump, "\r\n[0005] ; 001047\r\n; Line 5 xxxxxx\r\nM05\r\n"));
     // A table outside the image covers no strings: only the load line.
     EXPECT_EQ(Dump({"x", "game.tbl", "out.txt", "20000h", "2", "1"}), "load \"game.tbl\"\r\n");

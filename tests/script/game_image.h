@@ -63,7 +63,8 @@ public:
     // with shift, only its byte number shift, one byte per value.
     void PutPointers(size_t at, int size, const std::vector<int64_t>& offsets, int64_t base = 0, int shift = 0) {
         for (int64_t offset : offsets)
-            for (int i = 0; i < size; ++i) bytes.at(at++) = static_cast<unsigned char>((offset - base) >> 8 * (i + shift));
+            for (int i = 0; i < size; ++i)
+                bytes.at(at++) = static_cast<unsigned char>((offset - base) >> 8 * (i + shift));
     }
 
     // The image as a .nes file: a 16-byte copier header in front.

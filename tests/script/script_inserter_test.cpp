@@ -114,7 +114,8 @@ TEST_F(ScriptInserterTest, WritesEachGroupAndItsPointers) {
          {{0x1000, GameText({"ab"})}}},  // no limit
         // Scripts that end early write nothing.
         {"textaddress 100h (50)", "s.txt:0 strings - 0/50 (0%)", {}},
-        {"textaddress 100h pointertable 10h pointersize 2\n[0000] ; 000100\n", "s.txt:1 strings - 0/268435455 (0%)", {}},
+        {"textaddress 100h pointertable 10h pointersize 2\n[0000] ; 000100\n", "s.txt:1 strings - 0/268435455 (0%)",
+         {}},
         // Split tables; the last case leaves its pointer place for the next script.
         {"textaddress 12340h firstpointer 12340h\n"
          "pointertablelow 100h pointertablehigh 200h pointertablebank 300h\n[0000]\nA\n[0001]\nB\n",
