@@ -13,6 +13,7 @@
 //           processor addresses (pointer + 10000h = image offset)
 //   1D040h  the strings, one after the other
 //   1FFFAh  the processor vectors
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <fstream>
