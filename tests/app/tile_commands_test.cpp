@@ -64,6 +64,7 @@ TEST_F(TileCommandsTest, FormatComesFromArgumentFiveOrTheRomExtension) {
 TEST_F(TileCommandsTest, FailuresPrintTheErrorAndChangeNothing) {
     const Bytes rom = Numbered(512 + 256);
     WriteFile(dir / "game.smc", rom);
+    std::filesystem::create_directory(dir / "sheets");
     unsigned char pixels[64] = {16};
     Trelvane_WriteBMP((dir / "empty.bmp").c_str(), pixels, 8, 8);  // refused: leaves an empty file
     pixels[0] = 15;
@@ -76,6 +77,7 @@ TEST_F(TileCommandsTest, FailuresPrintTheErrorAndChangeNothing) {
         {{"missing.smc", "b", "0", "out.bmp"}, "Error opening missing.smc.\n"},
         {{"game.smc", "b", "0", "no/out.bmp"}, "Error creating no/out.bmp.\n"},
         {{"game.smc", "f", "0", "missing.bmp"}, "Error opening missing.bmp.\n"},
+        {{"game.smc", "f", "0", "sheets"}, "Error opening sheets.\n"},
         {{"game.smc", "f", "0", "empty.bmp"}, "empty.bmp does not seem to be a valid bitmap file.\n"},
         {{"game.smc", "f", "0", "many.bmp"}, "256 color bmp not supported.\n"},
         {{"game.smc", "f", "0", "tile.bmp", "NES1"}, "Unknown format: NES1\n"},

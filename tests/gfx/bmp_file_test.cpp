@@ -133,9 +133,11 @@ TEST_F(BmpFileTest, ReadsOtherProgramsFilesAndRefusesWhatDoesNotFit) {
         EXPECT_EQ(untouched, Pixels(TRELVANE_BMP_MAX_PIXELS, 0x77));
         EXPECT_EQ(width * 1000 + height, 8002);
     }
-    EXPECT_EQ(Trelvane_LoadBMP((dir / "missing.bmp").c_str(), pixels.data(), &width, &height), 0);
-    EXPECT_EQ(LastError().code, TLERR_FILE_NOREAD);
-    EXPECT_EQ(LastError().file, dir / "missing.bmp");
+    for (const std::string& unreadable : {dir / "missing.bmp", dir.path().string()}) {
+        EXPECT_EQ(Trelvane_LoadBMP(unreadable.c_str(), pixels.data(), &width, &height), 0);
+        EXPECT_EQ(LastError().code, TLERR_FILE_NOREAD);
+        EXPECT_EQ(LastError().file, unreadable);
+    }
 }
 
 }  // namespace
