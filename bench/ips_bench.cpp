@@ -1,9 +1,6 @@
 // IPS creation and application on a 16 MiB pair with 1% of its bytes changed
 // in scattered runs: the engine calls and the whole i and p commands.
 #include <benchmark/benchmark.h>
-#include <fcntl.h>
-#include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -12,9 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "run_trelvane.h"
 #include "trelvane.h"
-
-extern char** environ;
 
 namespace {
 
@@ -56,22 +52,6 @@ private:
 const BenchFiles& Files() {
     static BenchFiles files;
     return files;
-}
-
-// Runs the built executable with stdout discarded; false unless it exits 0.
-bool RunTrelvane(std::vector<std::string> args) {
-    args.insert(args.begin(), TRELVANE_EXE);
-    std::vector<char*> argv;
-    for (std::string& arg : args) argv.push_back(arg.data());
-    argv.push_back(nullptr);
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
-    pid_t child;
-    int status = -1;
-    if (posix_spawn(&child, argv[0], &actions, nullptr, argv.data(), environ) == 0) waitpid(child, &status, 0);
-    posix_spawn_file_actions_destroy(&actions);
-    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
 void BM_CreateIps(benchmark::State& state) {

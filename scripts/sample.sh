@@ -73,5 +73,46 @@ step_convert_table() {
     echo
 }
 
-STEPS=(build generate usage create_ips apply_ips tiles convert_table)
+# The German script: one entry per string, "|" where a line breaks.
+GERMAN=(
+    "Willkommen auf Trelvane!"
+    "Der alte Leuchtturmwaerter|wartet am Strand."
+    "Nimm diese Lampe. Sie|fuehrt dich heim."
+    "Die Bruecke ist weg.|Geh durch die Hoehle."
+    "Du hast 3 Silberschluessel!"
+    "Danke fuers Spielen."
+)
+
+step_script() {
+    echo "== finding a word, dumping the script, translating it and putting it back"
+    run sample.nes l sample.tbl lighthouse
+    run sample.nes d sample.tbl script.txt 1010h 6
+    tr -d '\r' <"$WORK/script.txt" | head -n 12
+    echo "..."
+    echo
+    # Six strings are too few for the pointer-table finder, which matches 16
+    # pointers, so the header lines come from the translator: where the text
+    # goes and how much room it has, the first pointer's value and the table.
+    echo "== script_de.txt: the placeholders M00 to M05 replaced by the German text"
+    {
+        printf 'textaddress 1010h (208)\nfirstpointer 9010h\npointertable 1000h\npointersize 2\n'
+        tr -d '\r' <"$WORK/script.txt" |
+            awk -v texts="$(IFS=@; echo "${GERMAN[*]}")" '
+                BEGIN { split(texts, german, "@") }
+                /^M0[0-5]$/ { text = german[substr($0, 3) + 1]; gsub(/\|/, "\n", text); print text; next }
+                { print }'
+    } >"$WORK/script_de.txt"
+    head -n 12 "$WORK/script_de.txt"
+    echo "..."
+    echo
+    cp "$WORK/sample.nes" "$WORK/sample_de.nes"
+    run sample_de.nes t script_de.txt
+    echo "the pointers at 1000h now: $(od -An -tx1 -j $((16 + 0x1000)) -N 12 "$WORK/sample_de.nes")"
+    echo
+    run sample_de.nes d sample.tbl check.txt 1010h 6
+    tr -d '\r' <"$WORK/check.txt" | grep '^[[;]'
+    echo
+}
+
+STEPS=(build generate usage create_ips apply_ips tiles convert_table script)
 for step in "${STEPS[@]}"; do "step_$step"; done
