@@ -4,6 +4,7 @@
 
 #include <random>
 #include <string>
+#include <tuple>
 
 #include "core/last_error.h"
 #include "support/test_support.h"
@@ -15,19 +16,17 @@ using namespace std::string_literals;
 
 Bytes Text(const std::string& text) { return Bytes(text.begin(), text.end()); }
 
-Bytes Record(size_t offset, const Bytes& data) {
-    Bytes record = {static_cast<unsigned char>(offset >> 16), static_cast<unsigned char>(offset >> 8),
-                    static_cast<unsigned char>(offset), static_cast<unsigned char>(data.size() >> 8),
-                    static_cast<unsigned char>(data.size())};
-    for (unsigned char byte : data) record.push_back(byte);
-    return record;
+Bytes Record(size_t offset, Bytes data) {
+    data.insert(data.begin(), {static_cast<unsigned char>(offset >> 16), static_cast<unsigned char>(offset >> 8),
+                               static_cast<unsigned char>(offset), static_cast<unsigned char>(data.size() >> 8),
+                               static_cast<unsigned char>(data.size())});
+    return data;
 }
 
 Bytes Patch(const std::vector<Bytes>& records) {
     Bytes patch = Text("PATCH");
     for (const Bytes& record : records) patch.insert(patch.end(), record.begin(), record.end());
-    Bytes end = Text("EOF");
-    patch.insert(patch.end(), end.begin(), end.end());
+    patch.insert(patch.end(), {'E', 'O', 'F'});
     return patch;
 }
 
@@ -37,38 +36,23 @@ Bytes Build(const Bytes& original, const Bytes& modified, IpsBuild expected = Ip
     return patch;
 }
 
-Bytes Applied(const Bytes& patch, Bytes target) {
-    std::vector<IpsRecord> records;
-    EXPECT_EQ(ReadIpsRecords(patch.data(), patch.size(), records), IpsRead::Valid);
-    target.resize(IpsPatchedLength(records, target.size()));
-    CopyIpsRecords(records, target.data());
-    return target;
-}
+Bytes Slice(const Bytes& bytes, size_t from, size_t to) { return Bytes(bytes.begin() + from, bytes.begin() + to); }
 
 TEST(IpsBuild, RecordsOfChangedRuns) {
-    EXPECT_EQ(Build({0x00, 0x11, 0x22, 0x33}, {0x00, 0xAA, 0x22, 0x33}), Patch({Record(1, {0xAA})}));
-
     Bytes original(40, 0x10), modified = original;
     modified[5] = 1;
     modified[14] = 2;  // 8 equal bytes between: carried in one record
-    EXPECT_EQ(Build(original, modified), Patch({Record(5, Bytes(modified.begin() + 5, modified.begin() + 15))}));
+    EXPECT_EQ(Build(original, modified), Patch({Record(5, Slice(modified, 5, 15))}));
     modified[14] = 0x10;
     modified[15] = 2;  // 9 equal bytes between: two records
-    EXPECT_EQ(Build(original, modified), Patch({Record(5, {1}), Record(15, {2})}));
-
-    // The last byte of the modified file closes a run.
-    modified[39] = 3;
     modified[31] = 4;
-    EXPECT_EQ(Build(original, modified),
-              Patch({Record(5, {1}), Record(15, {2}), Record(31, Bytes(modified.begin() + 31, modified.end()))}));
-}
+    modified[39] = 3;  // the last byte closes a run
+    EXPECT_EQ(Build(original, modified), Patch({Record(5, {1}), Record(15, {2}), Record(31, Slice(modified, 31, 40))}));
 
-TEST(IpsBuild, LongRunsAreSplit) {
-    Bytes original(0x100 + 32769 + 20, 0), modified = original;
-    for (size_t i = 0x100; i < 0x100 + 32769; ++i) modified[i] = static_cast<unsigned char>(i | 1);
-    EXPECT_EQ(Build(original, modified),
-              Patch({Record(0x100, Bytes(modified.begin() + 0x100, modified.begin() + 0x8100)),
-                     Record(0x8100, {modified[0x8100]})}));
+    Bytes zeros(0x100 + 32769 + 20, 0), longRun = zeros;
+    for (size_t i = 0x100; i < 0x100 + 32769; ++i) longRun[i] = static_cast<unsigned char>(i | 1);
+    EXPECT_EQ(Build(zeros, longRun),
+              Patch({Record(0x100, Slice(longRun, 0x100, 0x8100)), Record(0x8100, {longRun[0x8100]})}));
 }
 
 TEST(IpsBuild, LengthsDiffer) {
@@ -77,11 +61,8 @@ TEST(IpsBuild, LengthsDiffer) {
     EXPECT_EQ(Build(original, longer), Patch({Record(30, Bytes(16, 7))}));
     EXPECT_EQ(Build({}, Bytes(10, 9)), Patch({Record(0, Bytes(10, 9))}));
     EXPECT_EQ(Build({}, {}), Text("PATCHEOF"));
-
-    Build(original, original, IpsBuild::Identical);
-    Build(original, Bytes(original.begin(), original.begin() + 12), IpsBuild::Identical);
-    Build(original, {}, IpsBuild::Identical);
-    Bytes shorterChanged(original.begin(), original.begin() + 12);
+    for (size_t kept : {30, 12, 0}) Build(original, Slice(original, 0, kept), IpsBuild::Identical);
+    Bytes shorterChanged = Slice(original, 0, 12);
     shorterChanged[11] = 0;
     EXPECT_EQ(Build(original, shorterChanged), Patch({Record(11, {0})}));
 }
@@ -101,39 +82,30 @@ TEST(IpsBuild, OffsetsThatCannotBeWritten) {
 }
 
 TEST(IpsRead, AcceptsAndRefuses) {
-    std::vector<IpsRecord> records;
-    auto read = [&](const Bytes& patch) { return ReadIpsRecords(patch.data(), patch.size(), records); };
-    EXPECT_EQ(read(Text("PATC")), IpsRead::NotIps);
-    EXPECT_EQ(read(Text("patch")), IpsRead::NotIps);
-    Bytes good = Patch({Record(2, {1, 2}), Record(9, {}), Record(4, {3})});
-    ASSERT_EQ(read(good), IpsRead::Valid);
-    ASSERT_EQ(records.size(), 3u);
-    EXPECT_EQ(records[2].offset, 4u);
-    EXPECT_EQ(records[2].size, 1u);
-    EXPECT_EQ(records[2].data[0], 3);
-    Bytes trailing = good;
-    trailing.push_back('x');
-    EXPECT_EQ(read(trailing), IpsRead::Valid);
-    EXPECT_EQ(read(Bytes(good.begin(), good.end() - 1)), IpsRead::NoEof);
-    EXPECT_EQ(read(Bytes(good.begin(), good.end() - 3)), IpsRead::NoEof);
-    EXPECT_EQ(read(Bytes(good.begin(), good.begin() + 11)), IpsRead::NoEof);  // data cut short
-
-    // The first record is read even when its offset spells "EOF".
-    ASSERT_EQ(read(Patch({Record(0x454F46, {0xAB})})), IpsRead::Valid);
-    ASSERT_EQ(records.size(), 1u);
-    EXPECT_EQ(records[0].offset, 0x454F46u);
-    // "PATCH" and "EOF" alone: a patch without records.
-    EXPECT_EQ(read(Text("PATCHEOF")), IpsRead::Valid);
-    EXPECT_TRUE(records.empty());
-    EXPECT_EQ(read(Text("PATCHEOFjunk")), IpsRead::Valid);
-    EXPECT_TRUE(records.empty());
-    EXPECT_EQ(read(Text("PATCH")), IpsRead::NoEof);
-}
-
-TEST(IpsRead, RecordsPastTheEndLengthenTheTarget) {
-    Bytes patch = Patch({Record(6, {1, 2}), Record(100, {})});
-    EXPECT_EQ(Applied(patch, {9, 9, 9}), Bytes({9, 9, 9, 0, 0, 0, 1, 2}));
-    EXPECT_EQ(Applied(patch, Bytes(10, 9)), Bytes({9, 9, 9, 9, 9, 9, 1, 2, 9, 9}));
+    const Bytes good = Patch({Record(2, {1, 2}), Record(9, {}), Record(4, {3})});
+    const std::tuple<Bytes, IpsRead, size_t> cases[] = {
+        {Text("PATC"), IpsRead::NotIps, 0},
+        {Text("patch"), IpsRead::NotIps, 0},
+        {good, IpsRead::Valid, 3},
+        {Text(std::string(good.begin(), good.end()) + "x"), IpsRead::Valid, 3},
+        {Slice(good, 0, good.size() - 1), IpsRead::NoEof, 0},
+        {Slice(good, 0, good.size() - 3), IpsRead::NoEof, 0},
+        {Slice(good, 0, 11), IpsRead::NoEof, 0},  // data cut short
+        {Patch({Record(0x454F46, {0xAB})}), IpsRead::Valid, 1},  // the first record may spell "EOF"
+        {Text("PATCHEOF"), IpsRead::Valid, 0},
+        {Text("PATCHEOFjunk"), IpsRead::Valid, 0},
+        {Text("PATCH"), IpsRead::NoEof, 0},
+    };
+    for (const auto& [patch, result, count] : cases) {
+        SCOPED_TRACE(std::string(patch.begin(), patch.end()));
+        std::vector<IpsRecord> records;
+        ASSERT_EQ(ReadIpsRecords(patch.data(), patch.size(), records), result);
+        if (result != IpsRead::Valid) continue;
+        ASSERT_EQ(records.size(), count);
+        if (count == 1) {
+            EXPECT_EQ(records[0].offset, 0x454F46u);
+        }
+    }
 }
 
 // Random pairs with changes, growth, equal stretches of 8 and 9 bytes and
@@ -162,77 +134,61 @@ TEST(IpsRoundTrip, RandomPairs) {
             continue;
         }
         ASSERT_EQ(built, IpsBuild::Built);
-        Bytes result = Applied(patch, original);
-        result.resize(std::max(result.size(), modified.size()));
-        EXPECT_EQ(Bytes(result.begin(), result.begin() + modified.size()), modified) << round;
+        std::vector<IpsRecord> records;
+        ASSERT_EQ(ReadIpsRecords(patch.data(), patch.size(), records), IpsRead::Valid);
+        Bytes result = original;
+        result.resize(std::max<size_t>(IpsPatchedLength(records, length), modified.size()));
+        CopyIpsRecords(records, result.data());
+        EXPECT_EQ(Slice(result, 0, modified.size()), modified) << round;
     }
 }
 
 class IpsFilesTest : public ::testing::Test {
 protected:
-    std::string Path(const std::string& name) { return dir / name; }
+    long Create(const char* ips, const char* original, const char* modified) {
+        return Trelvane_CreateIPS((dir / ips).c_str(), (dir / original).c_str(), (dir / modified).c_str());
+    }
+    long Apply(const char* ips, const char* rom) { return Trelvane_ApplyIPS((dir / ips).c_str(), (dir / rom).c_str()); }
     TempDir dir;
 };
 
-TEST_F(IpsFilesTest, CreateWritesThePatch) {
-    WriteFile(Path("old.smc"), Bytes{0, 0x11, 0x22, 0x33});
-    WriteFile(Path("new.smc"), Bytes{0, 0xAA, 0x22, 0x33, 0x44});
-    ASSERT_EQ(Trelvane_CreateIPS(Path("a.ips").c_str(), Path("old.smc").c_str(), Path("new.smc").c_str()), 1);
-    EXPECT_EQ(ReadFile(Path("a.ips")), Patch({Record(1, {0xAA, 0x22, 0x33, 0x44})}));
-
-    // A patch written over the modified file itself still describes it.
-    ASSERT_EQ(Trelvane_CreateIPS(Path("new.smc").c_str(), Path("old.smc").c_str(), Path("new.smc").c_str()), 1);
-    EXPECT_EQ(ReadFile(Path("new.smc")), Patch({Record(1, {0xAA, 0x22, 0x33, 0x44})}));
+TEST_F(IpsFilesTest, CreateOverTheModifiedFileStillDescribesIt) {
+    WriteFile(dir / "old.smc", Bytes{0, 0x11, 0x22, 0x33});
+    WriteFile(dir / "new.smc", Bytes{0, 0xAA, 0x22, 0x33, 0x44});
+    ASSERT_EQ(Create("new.smc", "old.smc", "new.smc"), 1);
+    EXPECT_EQ(ReadFile(dir / "new.smc"), Patch({Record(1, {0xAA, 0x22, 0x33, 0x44})}));
 }
 
-TEST_F(IpsFilesTest, CreateFailures) {
-    WriteFile(Path("old.smc"), Bytes{1, 2, 3});
-    EXPECT_EQ(Trelvane_CreateIPS(Path("a.ips").c_str(), Path("none.smc").c_str(), Path("old.smc").c_str()), 0);
-    EXPECT_EQ(LastError().code, TLERR_FILE_NOREAD);
-    EXPECT_EQ(LastError().file, Path("none.smc"));
-
-    WriteFile(Path("same.smc"), Bytes{1, 2});
-    EXPECT_EQ(Trelvane_CreateIPS(Path("a.ips").c_str(), Path("old.smc").c_str(), Path("same.smc").c_str()), 0);
-    EXPECT_EQ(LastError().code, TLERR_IPS_IDENTICAL);
-    EXPECT_EQ(LastError().file, "unknown");
-    EXPECT_FALSE(FileExists(Path("a.ips")));
-
-    WriteFile(Path("new.smc"), Bytes{1, 2, 4});
-    EXPECT_EQ(Trelvane_CreateIPS(Path("no/a.ips").c_str(), Path("old.smc").c_str(), Path("new.smc").c_str()), 0);
-    EXPECT_EQ(LastError().code, TLERR_FILE_NOCREATE);
-    EXPECT_EQ(LastError().file, Path("no/a.ips"));
-}
-
-TEST_F(IpsFilesTest, CreateRefusesChangesBeyondSixteenMegabytes) {
+TEST_F(IpsFilesTest, CreateRefusals) {
     Bytes original(IPS_OFFSET_LIMIT + 16, 0), modified = original;
     modified[IPS_OFFSET_LIMIT + 8] = 1;
-    WriteFile(Path("old.smc"), original);
-    WriteFile(Path("new.smc"), modified);
-    WriteFile(Path("a.ips"), "keep");
-    EXPECT_EQ(Trelvane_CreateIPS(Path("a.ips").c_str(), Path("old.smc").c_str(), Path("new.smc").c_str()), 0);
+    WriteFile(dir / "old.smc", original);
+    WriteFile(dir / "new.smc", modified);
+    WriteFile(dir / "a.ips", "keep");
+    EXPECT_EQ(Create("a.ips", "old.smc", "new.smc"), 0);
     EXPECT_STREQ(Trelvane_GetLastError(), "Changes at or beyond 16 MiB in an IPS file not supported.");
-    EXPECT_EQ(ReadText(Path("a.ips")), "keep");
+    EXPECT_EQ(ReadText(dir / "a.ips"), "keep");
+
+    WriteFile(dir / "new.smc", Bytes{1});
+    EXPECT_EQ(Create("no/a.ips", "old.smc", "new.smc"), 0);
+    EXPECT_EQ(LastError().code, TLERR_FILE_NOCREATE);
+    EXPECT_EQ(LastError().file, dir / "no/a.ips");
 }
 
-TEST_F(IpsFilesTest, ApplyPatchesInPlace) {
-    WriteFile(Path("rom.gb"), Bytes{1, 2, 3, 4});
-    WriteFile(Path("a.ips"), Patch({Record(1, {9}), Record(6, {7, 8}), Record(40, {})}));
-    ASSERT_EQ(Trelvane_ApplyIPS(Path("a.ips").c_str(), Path("rom.gb").c_str()), 1);
-    EXPECT_EQ(ReadFile(Path("rom.gb")), Bytes({1, 9, 3, 4, 0, 0, 7, 8}));
+TEST_F(IpsFilesTest, ApplyGrowsTheFileAndReadsThePatchFirst) {
+    WriteFile(dir / "rom.gb", Bytes{1, 2, 3, 4});
+    WriteFile(dir / "a.ips", Patch({Record(1, {9}), Record(6, {7, 8}), Record(40, {})}));
+    ASSERT_EQ(Apply("a.ips", "rom.gb"), 1);
+    EXPECT_EQ(ReadFile(dir / "rom.gb"), Bytes({1, 9, 3, 4, 0, 0, 7, 8}));
 
-    WriteFile(Path("empty.ips"), "PATCHEOF");
-    ASSERT_EQ(Trelvane_ApplyIPS(Path("empty.ips").c_str(), Path("rom.gb").c_str()), 1);
-    EXPECT_EQ(ReadFile(Path("rom.gb")), Bytes({1, 9, 3, 4, 0, 0, 7, 8}));
-
-    // An empty file grows from nothing; a patch applied to itself reads its
-    // records before they overwrite it.
-    WriteFile(Path("blank.nes"), Bytes{});
-    WriteFile(Path("b.ips"), Patch({Record(2, {5})}));
-    ASSERT_EQ(Trelvane_ApplyIPS(Path("b.ips").c_str(), Path("blank.nes").c_str()), 1);
-    EXPECT_EQ(ReadFile(Path("blank.nes")), Bytes({0, 0, 5}));
-    WriteFile(Path("self.ips"), Patch({Record(0, Text("XYZ")), Record(3, Text("W"))}));
-    ASSERT_EQ(Trelvane_ApplyIPS(Path("self.ips").c_str(), Path("self.ips").c_str()), 1);
-    EXPECT_EQ(ReadText(Path("self.ips")), "XYZWH\0\0\0\0\x03XYZ\0\0\x03\0\x01WEOF"s);
+    WriteFile(dir / "blank.nes", Bytes{});
+    WriteFile(dir / "b.ips", Patch({Record(2, {5})}));
+    ASSERT_EQ(Apply("b.ips", "blank.nes"), 1);
+    EXPECT_EQ(ReadFile(dir / "blank.nes"), Bytes({0, 0, 5}));
+    // A patch applied to itself reads its records before they overwrite it.
+    WriteFile(dir / "self.ips", Patch({Record(0, Text("XYZ")), Record(3, Text("W"))}));
+    ASSERT_EQ(Apply("self.ips", "self.ips"), 1);
+    EXPECT_EQ(ReadText(dir / "self.ips"), "XYZWH\0\0\0\0\x03XYZ\0\0\x03\0\x01WEOF"s);
 }
 
 }  // namespace

@@ -7,19 +7,12 @@
 #include <cstdio>
 #include <fstream>
 #include <iterator>
-#include <sstream>
 
 namespace {
 std::string ShellQuote(const std::string& text) {
     std::string quoted = "'";
-    for (char c : text) {
-        if (c == '\'')
-            quoted += "'\\''";
-        else
-            quoted += c;
-    }
-    quoted += '\'';
-    return quoted;
+    for (char c : text) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return quoted + "'";
 }
 }  // namespace
 
@@ -53,21 +46,9 @@ std::string ReadText(const std::string& path) {
     return std::string(bytes.begin(), bytes.end());
 }
 
-bool FileExists(const std::string& path) { return std::filesystem::exists(path); }
-
-RunResult RunTrelvane(const std::filesystem::path& dir, const std::vector<std::string>& args) {
-    return RunProgram(dir, TRELVANE_EXE, args);
-}
-
 RunResult RunProgram(const std::filesystem::path& dir, const std::string& program, const std::vector<std::string>& args) {
-    std::string command("cd ");
-    command += ShellQuote(dir.string());
-    command += " && ";
-    command += ShellQuote(program);
-    for (const std::string& arg : args) {
-        command += ' ';
-        command += ShellQuote(arg);
-    }
+    std::string command = "cd " + ShellQuote(dir.string()) + " && " + ShellQuote(program);
+    for (const std::string& arg : args) command += " " + ShellQuote(arg);
     command += " 2>/dev/null";
     RunResult result{-1, ""};
     std::FILE* pipe = popen(command.c_str(), "r");

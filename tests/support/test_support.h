@@ -26,7 +26,7 @@ void WriteFile(const std::string& path, const Bytes& bytes);
 void WriteFile(const std::string& path, const std::string& text);
 Bytes ReadFile(const std::string& path);
 std::string ReadText(const std::string& path);
-bool FileExists(const std::string& path);
+inline bool FileExists(const std::string& path) { return std::filesystem::exists(path); }
 
 inline bool StartsWith(const std::string& text, const std::string& start) {
     return text.compare(0, start.size(), start) == 0;
@@ -41,8 +41,10 @@ struct RunResult {
     std::string output;  // everything written to standard output
 };
 
-// Runs the built trelvane executable with args in folder dir.
-RunResult RunTrelvane(const std::filesystem::path& dir, const std::vector<std::string>& args);
-
 // Runs program (a path) with args in folder dir.
 RunResult RunProgram(const std::filesystem::path& dir, const std::string& program, const std::vector<std::string>& args);
+
+// Runs the built trelvane executable with args in folder dir.
+inline RunResult RunTrelvane(const std::filesystem::path& dir, const std::vector<std::string>& args) {
+    return RunProgram(dir, TRELVANE_EXE, args);
+}
