@@ -128,7 +128,8 @@ void UnpackPixelRows(const unsigned char* packed, unsigned char* pixels, long wi
 bool CheckBitmap(const std::vector<unsigned char>& bytes, const char* file, int64_t& width, int64_t& height) {
     if (bytes.size() < BMP_HEADER_SIZE || bytes[0] != 'B' || bytes[1] != 'M')
         return SetError(TLERR_FILE_INVALID, file, 0, 0, "bitmap file");
-    if (GetLe(bytes.data() + kColoursUsedAt, 2) != kColours) return SetError(TLERR_UNSUPPORTED, "", 0, 0, "256 color bmp");
+    if (GetLe(bytes.data() + kColoursUsedAt, 2) != kColours)
+        return SetError(TLERR_UNSUPPORTED, "", 0, 0, "256 color bmp");
     width = static_cast<int32_t>(GetLe(bytes.data() + kWidthAt, 4));
     height = static_cast<int32_t>(GetLe(bytes.data() + kHeightAt, 4));
     if (!FitsPixelArray(width, height)) return RefuseSize(width, height);

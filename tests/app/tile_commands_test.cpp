@@ -24,7 +24,8 @@ TEST_F(TileCommandsTest, DumpThenInsertRoundTripsCarriesEditsAndRefusesWithoutCh
     ASSERT_EQ(sheet.size(), 118u + 64 * 128);
     const size_t topRow = 118 + 127 * 64, bottomRight = 118 + 56;  // rows are stored bottom-up
     EXPECT_EQ(Bytes(sheet.begin() + topRow, sheet.begin() + topRow + 4), (Bytes{0x33, 0x11, 0x22, 0x00}));
-    EXPECT_EQ(Bytes(sheet.begin() + bottomRight, sheet.begin() + bottomRight + 8), (Bytes{0x32, 0x01, 0x32, 0x21, 0, 0, 0, 0}));
+    EXPECT_EQ(Bytes(sheet.begin() + bottomRight, sheet.begin() + bottomRight + 8),
+              (Bytes{0x32, 0x01, 0x32, 0x21, 0, 0, 0, 0}));
 
     RunResult insert = RunTrelvane(dir.path(), {"game.smc", "F", "40", "sheet.bmp"});
     EXPECT_EQ(insert.output, "sheet.bmp: Graphics updated\n");

@@ -18,7 +18,8 @@ Bytes operator+(Bytes head, const Bytes& tail) {
 // Little-endian 32-bit values; a palette is such values written 0xRRGGBB.
 Bytes Le32(std::initializer_list<uint32_t> values) {
     Bytes bytes;
-    for (uint32_t v : values) bytes.insert(bytes.end(), {Bytes::value_type(v), Bytes::value_type(v >> 8), Bytes::value_type(v >> 16), Bytes::value_type(v >> 24)});
+    for (uint32_t v : values)
+        for (int shift = 0; shift < 32; shift += 8) bytes.push_back(static_cast<unsigned char>(v >> shift));
     return bytes;
 }
 
@@ -51,7 +52,8 @@ TEST_F(BmpFileTest, WritesHeaderPaletteForTheLargestValueAndBottomUpRowsOrRefuse
     EXPECT_EQ(ReadFile(path).back(), 0x01);
 
     // Black and white come first up to value 2, four greys up to value 4.
-    const std::pair<unsigned char, Bytes> palettes[] = {{2, {0xFF, 0x50}}, {3, {0x50, 0xA0}}, {4, {0x50, 0xA0}}, {5, {0x18, 0x30}}};
+    const std::pair<unsigned char, Bytes> palettes[] = {
+        {2, {0xFF, 0x50}}, {3, {0x50, 0xA0}}, {4, {0x50, 0xA0}}, {5, {0x18, 0x30}}};
     for (const auto& [largest, secondAndThird] : palettes) {
         pixels.assign(16, 0);
         pixels[9] = largest;
@@ -65,7 +67,7 @@ TEST_F(BmpFileTest, WritesHeaderPaletteForTheLargestValueAndBottomUpRowsOrRefuse
     WriteFile(path, std::string("old contents"));
     EXPECT_EQ(Trelvane_WriteBMP(path.c_str(), pixels.data(), 8, 8), 0);
     EXPECT_EQ(LastError().data[0], "256 color bmp");
-    EXPECT_EQ(ReadFile(path), Bytes());
+    EXPECT_EQ(ReadFile(path), Bytes());  // the file is created before the pixels are checked
     EXPECT_EQ(Trelvane_WriteBMP("/dev/full", pixels.data(), 8, 7), 0);  // opens, then refuses the bytes
     EXPECT_EQ(LastError().code, TLERR_FILE_NOCREATE);
     EXPECT_EQ(Trelvane_WriteBMP(path.c_str(), pixels.data(), -8, 8), 0);

@@ -47,7 +47,8 @@ TEST_F(TileCodecTest, EachFormatDecodesAndEncodesItsBitPlanes) {
         EXPECT_EQ(pixels, expected);
         // Every stored bit is rewritten; value bits above the format's depth are not stored.
         std::fill(CurrentRom.data + 4, CurrentRom.data + CurrentRom.size, 0xFF);
-        for (unsigned char& pixel : pixels) pixel = static_cast<unsigned char>(pixel + (1 << FindTileFormat(c.format)->planeCount));
+        const int depthBit = 1 << FindTileFormat(c.format)->planeCount;
+        for (unsigned char& pixel : pixels) pixel = static_cast<unsigned char>(pixel + depthBit);
         ASSERT_EQ(Trelvane_EncodeTiles(pixels.data(), 8, 8, 4, 1, c.format), -1);
         EXPECT_EQ(Image(), image);
     }
