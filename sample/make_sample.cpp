@@ -1,13 +1,20 @@
 // Makes the sample game the demonstration run works on: a small NES image
-// with an English script, its pointer table and a font, a translated copy of
-// the image, and the game's character table as a thingy file.
+// with an English script, its pointer table and a font, a copy of the image
+// whose menus are translated into French, and the game's character table as
+// a thingy file.
 //
-// Image layout (image offsets, the file without its 16-byte header; the
-// processor sees offset 0 at address 8000h):
-//   0000h  a start-up loop            1000h  6 two-byte little-endian pointers
-//   1010h  the strings                2000h  the font, 2bpp NES tiles, tile n = code n
-//   7FFAh  the processor vectors
-// A pointer holds a processor address: pointer - 8000h = image offset.
+// The program is eight banks of 16 KiB. The game switches one of banks 0-6 in
+// at processor address 8000h and keeps bank 7 (image offset 1C000h) at C000h,
+// so there an image offset is the processor address plus 10000h. Image
+// layout (image offsets, the file without its 16-byte header):
+//   02000h  the font, 2bpp NES tiles, tile n = code n (copied to character RAM)
+//   1C000h  a start-up loop
+//   1D000h  20 two-byte little-endian pointers, one per string, holding
+//           processor addresses (pointer + 10000h = image offset)
+//   1D040h  the strings, one after the other
+//   1FFFAh  the processor vectors
+#include <algorithm>
+#include <array>
 #include <cstdio>
 #include <fstream>
 #include <string>
@@ -16,31 +23,57 @@
 namespace {
 
 constexpr size_t kHeaderSize = 16;
-constexpr size_t kImageSize = 0x8000;
-constexpr size_t kPointerTable = 0x1000;
-constexpr size_t kStrings = 0x1010;
+constexpr size_t kBankSize = 0x4000;
+constexpr size_t kBankCount = 8;
+constexpr size_t kImageSize = kBankSize * kBankCount;
 constexpr size_t kFont = 0x2000;
-constexpr unsigned kAddressBase = 0x8000;
+constexpr size_t kFixedBank = kImageSize - kBankSize;
+constexpr size_t kPointerTable = 0x1D000;
+constexpr size_t kStrings = 0x1D040;
+constexpr size_t kVectors = kImageSize - 6;
+constexpr unsigned kFixedBankAddress = 0xC000;
 constexpr unsigned char kLineBreak = 0xFE;
 constexpr unsigned char kEnd = 0xFF;
 
-const char* const kEnglish[] = {
+constexpr size_t kStringCount = 20;
+using Script = std::array<const char*, kStringCount>;
+
+const Script kEnglish = {
     "Welcome to Trelvane Island!",
     "The old lighthouse keeper\nwaits by the shore.",
     "Take this lamp. It will\nguide you home.",
     "The bridge is out.\nTry the cave to the north.",
     "You found 3 silver keys!",
+    "The door is locked.",
+    "A cold wind blows\nfrom the sea.",
+    "Your wounds are healed.",
+    "The boat leaves at dawn.",
+    "Nothing here.",
+    "The keeper smiles.\nYou made it home!",
     "Thank you for playing.",
+    "New game",
+    "Continue",
+    "Buy",
+    "Sell",
+    "Not enough gold.",
+    "Save the game?",
+    "Yes",
+    "No",
 };
 
-const char* const kFrench[] = {
-    "Bienvenue sur l'ile Trelvane!",
-    "Le vieux gardien du phare\nattend sur la plage.",
-    "Prends cette lampe. Elle\nte guidera.",
-    "Le pont est coupe.\nEssaie la grotte au nord.",
-    "Tu as trouve 3 cles d'argent!",
-    "Merci d'avoir joue.",
+// The French translation is under way and has done the menus, the last
+// strings of the script, so the strings before them stay where they are.
+constexpr size_t kFirstMenu = 12;
+const char* const kFrenchMenus[] = {
+    "Nouvelle partie", "Continuer", "Acheter", "Vendre", "Pas assez d'or.", "Sauvegarder?", "Oui", "Non",
 };
+static_assert(kFirstMenu + std::size(kFrenchMenus) == kStringCount);
+
+Script FrenchScript() {
+    Script script = kEnglish;
+    std::copy(std::begin(kFrenchMenus), std::end(kFrenchMenus), script.begin() + kFirstMenu);
+    return script;
+}
 
 // The game's encoding: digits from 00h, capitals from 0Ah, small letters
 // from 24h, then space and punctuation.
@@ -104,33 +137,40 @@ void PutWord(std::vector<unsigned char>& image, size_t at, unsigned value) {
     image[at + 1] = static_cast<unsigned char>(value >> 8);
 }
 
-bool PutScript(std::vector<unsigned char>& image, const char* const (&script)[6]) {
-    size_t at = kStrings;
-    for (size_t i = 0; i < 6; ++i) {
-        PutWord(image, kPointerTable + 2 * i, static_cast<unsigned>(at) + kAddressBase);
-        for (const char* c = script[i]; *c; ++c) {
-            int code = *c == '\n' ? kLineBreak : CodeOf(*c);
-            if (code < 0) return false;
-            image[at++] = static_cast<unsigned char>(code);
-        }
-        image[at++] = kEnd;
-    }
-    return at <= kFont;
+// A processor address in the fixed bank for an image offset inside it.
+unsigned AddressOf(size_t offset) {
+    return static_cast<unsigned>(offset - kFixedBank) + kFixedBankAddress;
 }
 
-std::vector<unsigned char> MakeImage(const char* const (&script)[6]) {
+bool PutScript(std::vector<unsigned char>& image, const Script& script) {
+    size_t at = kStrings;
+    for (size_t i = 0; i < kStringCount; ++i) {
+        PutWord(image, kPointerTable + 2 * i, AddressOf(at));
+        for (const char* c = script[i]; *c; ++c) {
+            int code = *c == '\n' ? kLineBreak : CodeOf(*c);
+            if (code < 0 || at >= kVectors) return false;
+            image[at++] = static_cast<unsigned char>(code);
+        }
+        if (at >= kVectors) return false;
+        image[at++] = kEnd;
+    }
+    return true;
+}
+
+std::vector<unsigned char> MakeImage(const Script& script) {
     std::vector<unsigned char> image(kImageSize, 0);
-    const unsigned char startup[] = {0x78, 0xD8, 0x4C, 0x02, 0x80};  // sei; cld; jmp $8002
-    std::copy(std::begin(startup), std::end(startup), image.begin());
-    for (size_t vector = 0x7FFA; vector < kImageSize; vector += 2) PutWord(image, vector, kAddressBase);
+    const unsigned char startup[] = {0x78, 0xD8, 0x4C, 0x02, 0xC0};  // sei; cld; jmp $C002
+    std::copy(std::begin(startup), std::end(startup), image.begin() + kFixedBank);
+    for (size_t vector = kVectors; vector < kImageSize; vector += 2) PutWord(image, vector, kFixedBankAddress);
     for (int code = 0; code < kCodeCount; ++code) PutTile(image, kFont + 16 * static_cast<size_t>(code), GlyphOf(code));
     if (!PutScript(image, script)) image.clear();
     return image;
 }
 
 bool WriteNes(const std::string& path, const std::vector<unsigned char>& image) {
-    // iNES header: two 16 KiB program banks, character RAM.
-    unsigned char header[kHeaderSize] = {'N', 'E', 'S', 0x1A, 2, 0};
+    // iNES header: eight 16 KiB program banks, character RAM, mapper 2 (a
+    // switchable bank at 8000h and the last bank fixed at C000h).
+    unsigned char header[kHeaderSize] = {'N', 'E', 'S', 0x1A, kBankCount, 0, 0x20};
     std::ofstream out(path, std::ios::binary);
     out.write(reinterpret_cast<const char*>(header), kHeaderSize);
     out.write(reinterpret_cast<const char*>(image.data()), static_cast<std::streamsize>(image.size()));
@@ -157,15 +197,15 @@ int main(int argc, char** argv) {
         return 2;
     }
     std::string folder = std::string(argv[1]) + "/";
-    std::vector<unsigned char> english = MakeImage(kEnglish), french = MakeImage(kFrench);
+    std::vector<unsigned char> english = MakeImage(kEnglish), french = MakeImage(FrenchScript());
     if (english.empty() || french.empty() || !WriteNes(folder + "sample.nes", english) ||
         !WriteNes(folder + "sample_fr.nes", french) || !WriteThingyTable(folder + "sample.tbl")) {
         std::printf("could not write the sample into %s\n", argv[1]);
         return 1;
     }
-    std::printf("sample.nes     NES image: 16-byte header + 32 KiB; 6 strings at 1010h, pointers at 1000h\n"
-                "               (pointer - 8000h = image offset), font tiles (2bpp NES) at 2000h\n"
-                "sample_fr.nes  the same game with its script translated\n"
+    std::printf("sample.nes     NES image: 16-byte header + 128 KiB; 20 strings at 1D040h, 2-byte pointers at\n"
+                "               1D000h (pointer + 10000h = image offset), font tiles (2bpp NES) at 2000h\n"
+                "sample_fr.nes  the same game with its menus (the last 8 strings) translated into French\n"
                 "sample.tbl     its character table, thingy format, FEh line break, FFh end\n");
     return 0;
 }

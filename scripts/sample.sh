@@ -73,46 +73,85 @@ step_convert_table() {
     echo
 }
 
+step_locate() {
+    echo "== finding a word of the script"
+    run sample.nes l sample.tbl lighthouse
+}
+
+step_dump() {
+    echo "== dumping the script from its first string; the pointer table is found on the way"
+    run sample.nes d sample.tbl script.txt 1D040h
+    tr -d '\r' <"$WORK/script.txt" | head -n 16
+    echo "..."
+    tr -d '\r' <"$WORK/script.txt" | tail -n 4
+    echo
+}
+
 # The German script: one entry per string, "|" where a line breaks.
 GERMAN=(
     "Willkommen auf Trelvane!"
     "Der alte Leuchtturmwaerter|wartet am Strand."
     "Nimm diese Lampe. Sie|fuehrt dich heim."
     "Die Bruecke ist weg.|Geh durch die Hoehle."
-    "Du hast 3 Silberschluessel!"
+    "Du hast 3 Schluessel!"
+    "Die Tuer ist zu."
+    "Ein kalter Wind weht|vom Meer."
+    "Deine Wunden heilen."
+    "Das Boot legt frueh ab."
+    "Hier ist nichts."
+    "Der Waerter laechelt.|Du bist daheim!"
     "Danke fuers Spielen."
+    "Neues Spiel"
+    "Weiter"
+    "Kaufen"
+    "Verkaufen"
+    "Zu wenig Gold."
+    "Spiel speichern?"
+    "Ja"
+    "Nein"
 )
 
-step_script() {
-    echo "== finding a word, dumping the script, translating it and putting it back"
-    run sample.nes l sample.tbl lighthouse
-    run sample.nes d sample.tbl script.txt 1010h 6
-    tr -d '\r' <"$WORK/script.txt" | head -n 12
+# Copies a dump from standard input, replacing each placeholder line M00,
+# M01, ... (hex numbers) by the German text of that string.
+translate_placeholders() {
+    local line text
+    while IFS= read -r line; do
+        if [[ $line =~ ^M([0-9A-F]+)$ ]]; then
+            text=${GERMAN[16#${BASH_REMATCH[1]}]}
+            printf '%s\n' "${text//|/$'\n'}"
+        else
+            printf '%s\n' "$line"
+        fi
+    done
+}
+
+step_translate() {
+    echo "== script_de.txt: the dump with its placeholders M00 to M13 (hex) replaced by German text"
+    tr -d '\r' <"$WORK/script.txt" | translate_placeholders >"$WORK/script_de.txt"
+    head -n 16 "$WORK/script_de.txt"
     echo "..."
-    echo
-    # Six strings are too few for the pointer-table finder, which matches 16
-    # pointers, so the header lines come from the translator: where the text
-    # goes and how much room it has, the first pointer's value and the table.
-    echo "== script_de.txt: the placeholders M00 to M05 replaced by the German text"
-    {
-        printf 'textaddress 1010h (208)\nfirstpointer 9010h\npointertable 1000h\npointersize 2\n'
-        tr -d '\r' <"$WORK/script.txt" |
-            awk -v texts="$(IFS=@; echo "${GERMAN[*]}")" '
-                BEGIN { split(texts, german, "@") }
-                /^M0[0-5]$/ { text = german[substr($0, 3) + 1]; gsub(/\|/, "\n", text); print text; next }
-                { print }'
-    } >"$WORK/script_de.txt"
-    head -n 12 "$WORK/script_de.txt"
-    echo "..."
-    echo
-    cp "$WORK/sample.nes" "$WORK/sample_de.nes"
-    run sample_de.nes t script_de.txt
-    echo "the pointers at 1000h now: $(od -An -tx1 -j $((16 + 0x1000)) -N 12 "$WORK/sample_de.nes")"
-    echo
-    run sample_de.nes d sample.tbl check.txt 1010h 6
-    tr -d '\r' <"$WORK/check.txt" | grep '^[[;]'
+    tail -n 3 "$WORK/script_de.txt"
     echo
 }
 
-STEPS=(build generate usage create_ips apply_ips tiles convert_table script)
+step_insert() {
+    echo "== putting the German script into a copy of the image"
+    cp "$WORK/sample.nes" "$WORK/sample_de.nes"
+    run sample_de.nes t script_de.txt
+    local pointers
+    pointers=$(od -An -tx1 -j $((16 + 0x1D000)) -N 12 "$WORK/sample_de.nes")
+    echo "the first six pointers at 1D000h now, low byte first:${pointers}"
+    echo
+}
+
+step_check() {
+    echo "== dumping the German image to check it"
+    run sample_de.nes d sample.tbl check.txt 1D040h
+    tr -d '\r' <"$WORK/check.txt" | grep '^[a-z[;]' | head -n 14
+    echo "..."
+    tr -d '\r' <"$WORK/check.txt" | grep '^[[;]' | tail -n 4
+    echo
+}
+
+STEPS=(build generate usage create_ips apply_ips tiles convert_table locate dump translate insert check)
 for step in "${STEPS[@]}"; do "step_$step"; done
