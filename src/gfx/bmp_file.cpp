@@ -4,7 +4,9 @@
 #include <cstdint>
 #include <cstdio>
 #include <string>
+#include <vector>
 
+#include "core/file_bytes.h"
 #include "core/last_error.h"
 #include "trelvane.h"
 
@@ -108,10 +110,6 @@ bool WritePixelRows(std::FILE* file, const unsigned char* pixels, long width, lo
     return ok && std::fwrite(buffer, 1, used, file) == used;
 }
 
-bool ReadExactly(std::FILE* file, unsigned char* bytes, size_t count) {
-    return std::fread(bytes, 1, count, file) == count;
-}
-
 // Unpacks rows of two pixels a byte, bottom row first, into the array.
 void UnpackPixelRows(const unsigned char* packed, unsigned char* pixels, long width, long height) {
     std::fill(pixels, pixels + width * height, 0);  // an odd width leaves its last column unstored
@@ -124,19 +122,18 @@ void UnpackPixelRows(const unsigned char* packed, unsigned char* pixels, long wi
     }
 }
 
-// Reads the headers and the packed pixel rows of an open bitmap file named
-// file, checking that its pixels fit the caller's array. False after
-// reporting why the file is refused.
-bool ReadBitmap(std::FILE* in, const char* file, unsigned char* packed, int64_t& width, int64_t& height) {
-    unsigned char header[BMP_HEADER_SIZE + BMP_PALETTE_SIZE] = {};
-    if (!ReadExactly(in, header, BMP_HEADER_SIZE) || header[0] != 'B' || header[1] != 'M')
+// Checks the headers of a bitmap file's bytes: its pixels must fit the
+// caller's array and all be there. False after reporting why the file named
+// file is refused.
+bool CheckBitmap(const std::vector<unsigned char>& bytes, const char* file, int64_t& width, int64_t& height) {
+    if (bytes.size() < BMP_HEADER_SIZE || bytes[0] != 'B' || bytes[1] != 'M')
         return SetError(TLERR_FILE_INVALID, file, 0, 0, "bitmap file");
-    if (GetLe(header + kColoursUsedAt, 2) != kColours) return SetError(TLERR_UNSUPPORTED, "", 0, 0, "256 color bmp");
-    width = static_cast<int32_t>(GetLe(header + kWidthAt, 4));
-    height = static_cast<int32_t>(GetLe(header + kHeightAt, 4));
+    if (GetLe(bytes.data() + kColoursUsedAt, 2) != kColours)
+        return SetError(TLERR_UNSUPPORTED, "", 0, 0, "256 color bmp");
+    width = static_cast<int32_t>(GetLe(bytes.data() + kWidthAt, 4));
+    height = static_cast<int32_t>(GetLe(bytes.data() + kHeightAt, 4));
     if (!FitsPixelArray(width, height)) return RefuseSize(width, height);
-    if (!ReadExactly(in, header + BMP_HEADER_SIZE, BMP_PALETTE_SIZE) ||
-        !ReadExactly(in, packed, RowBytes(static_cast<long>(width)) * height))
+    if (bytes.size() < BMP_PIXEL_DATA_OFFSET + RowBytes(static_cast<long>(width)) * height)
         return SetError(TLERR_FILE_INVALID, file, 0, 0, "bitmap file");
     return true;
 }
@@ -167,14 +164,12 @@ long Trelvane_WriteBMP(const char* file, const unsigned char* pixels, long width
 
 long Trelvane_LoadBMP(const char* file, unsigned char* pixels, long* width, long* height) {
     if (!file) file = "";
-    std::FILE* in = std::fopen(file, "rb");
-    if (!in) return SetError(TLERR_FILE_NOREAD, file, 0, 0);
-    unsigned char packed[TRELVANE_BMP_MAX_PIXELS / 2];
+    std::vector<unsigned char> bytes;
+    if (!ReadFileBytes(file, bytes)) return SetError(TLERR_FILE_NOREAD, file, 0, 0);
     int64_t fileWidth = 0, fileHeight = 0;
-    const bool ok = ReadBitmap(in, file, packed, fileWidth, fileHeight);
-    std::fclose(in);
-    if (!ok) return 0;
-    UnpackPixelRows(packed, pixels, static_cast<long>(fileWidth), static_cast<long>(fileHeight));
+    if (!CheckBitmap(bytes, file, fileWidth, fileHeight)) return 0;
+    UnpackPixelRows(bytes.data() + BMP_PIXEL_DATA_OFFSET, pixels, static_cast<long>(fileWidth),
+                    static_cast<long>(fileHeight));
     *width = static_cast<long>(fileWidth);
     *height = static_cast<long>(fileHeight);
     return -1;

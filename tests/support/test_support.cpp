@@ -9,10 +9,17 @@
 #include <iterator>
 
 namespace {
-std::string ShellQuote(const std::string& text) {
-    std::string quoted = "'";
-    for (char c : text) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return quoted + "'";
+// Appends text to command as one single-quoted shell word. (Built with
+// appends only: gcc 12 misreports string concatenation here as overlapping.)
+void AppendShellWord(std::string& command, const std::string& text) {
+    command += " '";
+    for (char c : text) {
+        if (c == '\'')
+            command += "'\\''";
+        else
+            command += c;
+    }
+    command += '\'';
 }
 }  // namespace
 
@@ -47,8 +54,11 @@ std::string ReadText(const std::string& path) {
 }
 
 RunResult RunProgram(const std::filesystem::path& dir, const std::string& program, const std::vector<std::string>& args) {
-    std::string command = "cd " + ShellQuote(dir.string()) + " && " + ShellQuote(program);
-    for (const std::string& arg : args) command += " " + ShellQuote(arg);
+    std::string command = "cd";
+    AppendShellWord(command, dir.string());
+    command += " &&";
+    AppendShellWord(command, program);
+    for (const std::string& arg : args) AppendShellWord(command, arg);
     command += " 2>/dev/null";
     RunResult result{-1, ""};
     std::FILE* pipe = popen(command.c_str(), "r");

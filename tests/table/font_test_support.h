@@ -9,6 +9,7 @@
 #include "core/last_error.h"
 #include "support/test_support.h"
 #include "table/font_set.h"
+#include "table/text_decoder.h"
 #include "trelvane.h"
 
 class FontTest : public ::testing::Test {
@@ -47,6 +48,20 @@ public:
 private:
     Font& font_ = *NextFreeSlot("built");
 };
+
+// 0x41 A, 0x42 B, 0x80 AB, 0xFE a line break, 0xFF the terminal.
+inline FontBuilder Letters() {
+    FontBuilder font;
+    font.Entry(0x41, "A").Entry(0x42, "B").Entry(0x80, "AB").Entry(0xFE, "", ENTRY_NEWLINE);
+    font.Entry(0xFF, "", ENTRY_TERMINAL);
+    return font;
+}
+
+// The bytes decoded through font id, or "<null>" when decoding fails.
+inline std::string Decode(const Bytes& bytes, long id = 1) {
+    const char* text = DecodeText(id, bytes.data(), bytes.data() + bytes.size());
+    return text ? text : "<null>";
+}
 
 inline std::string LastErrorSummary() {
     const LastErrorState& e = LastError();

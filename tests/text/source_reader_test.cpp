@@ -17,13 +17,16 @@ protected:
         ASSERT_TRUE(reader.AddPattern(1, "[a-z|0-9]+"));
         ASSERT_TRUE(reader.AddPattern(2, ";"));
     }
+    // "line:column:character" of the reading position.
     std::string Position() const {
-        const SourceFrame& frame = *reader.Top();
-        return std::to_string(frame.line) + ":" + std::to_string(frame.column) + ":" + reader.CurrentChar();
+        return std::to_string(reader.Top()->line) + ":" + std::to_string(reader.Top()->column) + ":" +
+               reader.CurrentChar();
     }
-    std::string Token() const {
-        return std::to_string(reader.TokenLine()) + ":" + std::to_string(reader.TokenColumn()) + ":" +
-               reader.TokenText();
+    // "kind@line:column:text" of the next token.
+    std::string NextToken() {
+        const int kind = reader.NextToken();
+        return std::to_string(kind) + "@" + std::to_string(reader.TokenLine()) + ":" +
+               std::to_string(reader.TokenColumn()) + ":" + reader.TokenText();
     }
     SourceReader reader{READER_SKIP_SPACE};
     TempDir dir;
@@ -34,27 +37,26 @@ TEST_F(ReaderTest, OpenAddsTheDefaultExtensionOnlyWhenTheNameHasNone) {
     WriteFile(dir / "script", "s");
     WriteFile(dir / "dir.old/name.txt", "n");
     WriteFile(dir / ".hidden", "h");
-    EXPECT_TRUE(reader.Open((dir / "script").c_str(), ""));
-    EXPECT_STREQ(reader.FileName(), "script.");
-    EXPECT_STREQ(reader.LineText(), "s");
-    EXPECT_TRUE(reader.Open((dir / "dir.old/name").c_str(), "txt"));
-    EXPECT_STREQ(reader.FileName(), "name.txt");
-    EXPECT_STREQ(reader.LineText(), "n");
-    EXPECT_TRUE(reader.Open((dir / ".hidden").c_str(), "txt"));
-    EXPECT_STREQ(reader.FileName(), ".hidden");
-    EXPECT_TRUE(reader.Open((dir / "dir.old/name.txt").c_str(), "tbl"));
-    EXPECT_STREQ(reader.FileName(), "name.txt");
-}
-
-TEST_F(ReaderTest, FailedOpenKeepsTheTextAndNamesTheFileTried) {
+    const struct {
+        const char *path, *extension, *shownName, *text;
+    } cases[] = {{"script", "", "script.", "s"},
+                 {"dir.old/name", "txt", "name.txt", "n"},
+                 {".hidden", "txt", ".hidden", "h"},
+                 {"dir.old/name.txt", "tbl", "name.txt", "n"}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.path);
+        EXPECT_TRUE(reader.Open((dir / c.path).c_str(), c.extension));
+        EXPECT_STREQ(reader.FileName(), c.shownName);
+        EXPECT_STREQ(reader.LineText(), c.text);
+    }
+    // A failed open names the file it tried and keeps reading the text it had.
     reader.OpenText("mem", "ab cd");
     reader.NextToken();
     EXPECT_FALSE(reader.Open((dir / "missing").c_str(), "txt"));
     EXPECT_EQ(reader.FileName(), dir / "missing.txt");
     EXPECT_FALSE(reader.Open(dir.path().c_str(), ""));  // a folder is no source
     EXPECT_EQ(Position(), "1:3: ");
-    EXPECT_EQ(reader.NextToken(), 1);
-    EXPECT_STREQ(reader.TokenText(), "cd");
+    EXPECT_EQ(RemainingTokens(reader), (TokenList{{1, "cd"}}));
 }
 
 TEST_F(ReaderTest, FilesReadCarriageReturnLineFeedAsOneLineFeed) {
@@ -65,43 +67,17 @@ TEST_F(ReaderTest, FilesReadCarriageReturnLineFeedAsOneLineFeed) {
     EXPECT_EQ(reader.TokenLine(), 4);
 }
 
-TEST_F(ReaderTest, AdvanceCountsLinesAndColumns) {
+TEST_F(ReaderTest, AdvanceAndSkipLineCountLinesAndColumns) {
     reader.OpenText("t", "ab\ncd\r\nx\ry\r");
     EXPECT_EQ(Position(), "1:1:a");
-    EXPECT_EQ(reader.Advance(), 'a');
-    EXPECT_EQ(reader.Advance(), 'b');
-    EXPECT_EQ(reader.Advance(), '\n');
-    EXPECT_EQ(Position(), "2:1:c");
-    reader.Advance();
-    reader.Advance();
-    EXPECT_EQ(reader.Advance(), '\n');  // CR LF is one line end
-    EXPECT_EQ(Position(), "3:1:x");
-    reader.Advance();
-    EXPECT_EQ(reader.Advance(), 'y');  // a lone CR goes with the character after it
+    std::string read;
+    for (int i = 0; i < 8; ++i) read += reader.Advance();
+    EXPECT_EQ(read, "ab\ncd\nxy");  // CR LF is one line end; a lone CR goes with the character after it
     EXPECT_EQ(Position(), "3:4:\r");
     EXPECT_EQ(reader.Advance(), '\0');
     EXPECT_EQ(reader.Advance(), '\0');
     EXPECT_EQ(Position(), std::string("3:5:") + '\0');
-}
 
-TEST_F(ReaderTest, TokensCarryTheirStartLineAndColumn) {
-    reader.OpenText("t", "\n  \t\n  abc ;\n% de");
-    EXPECT_EQ(reader.NextToken(), 1);
-    EXPECT_EQ(Token(), "3:3:abc");
-    EXPECT_EQ(reader.NextToken(), 2);
-    EXPECT_EQ(Token(), "3:7:;");
-    EXPECT_EQ(reader.NextToken(), TOKEN_UNKNOWN);
-    EXPECT_EQ(Token(), "4:0:%");  // an unknown character reports the column before it
-    EXPECT_EQ(reader.NextToken(), 1);
-    EXPECT_EQ(Token(), "4:3:de");
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_EQ(reader.NextToken(), TOKEN_END);
-        EXPECT_EQ(reader.Top()->tokenKind, TOKEN_END);
-        EXPECT_STREQ(reader.TokenText(), "");
-    }
-}
-
-TEST_F(ReaderTest, LineTextAndSkipLine) {
     reader.OpenText("t", "ab cd\r\nnext\n");
     reader.NextToken();
     reader.NextToken();
@@ -115,35 +91,58 @@ TEST_F(ReaderTest, LineTextAndSkipLine) {
     EXPECT_STREQ(reader.LineText(), "");
 }
 
+TEST_F(ReaderTest, TokensCarryTheirStartLineAndColumn) {
+    reader.OpenText("t", "\n  \t\n  abc ;\n% de");
+    EXPECT_EQ(NextToken(), "1@3:3:abc");
+    EXPECT_EQ(NextToken(), "2@3:7:;");
+    EXPECT_EQ(NextToken(), std::to_string(TOKEN_UNKNOWN) + "@4:0:%");  // the column before an unknown character
+    EXPECT_EQ(NextToken(), "1@4:3:de");
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(NextToken(), std::to_string(TOKEN_END) + "@4:5:");
+}
+
 TEST_F(ReaderTest, IncludedSourcesStackUp) {
     reader.OpenText("main.s", "one two");
-    EXPECT_EQ(reader.NextToken(), 1);
+    EXPECT_EQ(NextToken(), "1@1:1:one");
     reader.PushFrame();
     EXPECT_STREQ(reader.TokenText(), "");
     reader.OpenText("dir/inner.s", "\n in");
-    EXPECT_EQ(reader.NextToken(), 1);
-    EXPECT_EQ(Token(), "2:2:in");
+    EXPECT_EQ(NextToken(), "1@2:2:in");
     EXPECT_STREQ(reader.FileName(), "inner.s");
     EXPECT_EQ(reader.NextToken(), TOKEN_END);
     EXPECT_TRUE(reader.PopFrame());
     EXPECT_STREQ(reader.FileName(), "main.s");
-    EXPECT_EQ(Token(), "1:1:one");
-    EXPECT_EQ(reader.NextToken(), 1);
-    EXPECT_STREQ(reader.TokenText(), "two");
+    EXPECT_STREQ(reader.TokenText(), "one");
+    EXPECT_EQ(NextToken(), "1@1:5:two");
     EXPECT_FALSE(reader.PopFrame());
     EXPECT_FALSE(reader.PopFrame());
-
+    // With no source left every call answers as at the end of a text.
     EXPECT_STREQ(reader.FileName(), "");
-    EXPECT_EQ(Token(), "0:0:");
-    EXPECT_EQ(reader.TokenEndColumn(), 0);
-    EXPECT_EQ(reader.CurrentChar(), '\0');
     EXPECT_EQ(reader.Advance(), '\0');
     EXPECT_STREQ(reader.LineText(), "");
     EXPECT_EQ(reader.Match(), TOKEN_END);
-    EXPECT_EQ(reader.NextToken(), TOKEN_END);
+    EXPECT_EQ(NextToken(), std::to_string(TOKEN_END) + "@0:0:");
     reader.SkipLine();
-    EXPECT_TRUE(reader.OpenText("again", "x"));  // opening gives the reader a frame again
-    EXPECT_EQ(reader.NextToken(), 1);
+    EXPECT_EQ(ReadTokens(reader, "x"), (TokenList{{1, "x"}}));  // opening gives the reader a frame again
+}
+
+TEST(SourceReaderTest, MatchLooksAheadWithoutMoving) {
+    SourceReader reader(READER_SKIP_SPACE);
+    ASSERT_TRUE(reader.AddPattern(1, "abc"));
+    ASSERT_TRUE(reader.AddPattern(2, "a"));
+    reader.OpenText("t", "  abx");
+    EXPECT_EQ(reader.Match(), 2);
+    const SourceFrame& frame = *reader.Top();
+    EXPECT_EQ(frame.matchLength, 1);
+    EXPECT_EQ(frame.matchColumn, 5);  // started at 3, scanned "a" and "b"
+    EXPECT_EQ(frame.matchText, "a");
+    EXPECT_EQ(frame.column, 1);
+    EXPECT_EQ(reader.NextToken(), 2);
+    EXPECT_EQ(reader.TokenColumn(), 4);  // the overrun shows in the column
+    EXPECT_EQ(reader.Match(), TOKEN_UNKNOWN);
+    EXPECT_EQ(frame.matchLength, 0);
+    EXPECT_EQ(frame.matchText, "");
+    reader.OpenText("t", "   ");
+    EXPECT_EQ(reader.Match(), TOKEN_END);
 }
 
 TEST(SourceReaderTest, WithoutAnAutomatonEveryTokenWarns) {
@@ -158,18 +157,13 @@ TEST(SourceReaderTest, WithoutAnAutomatonEveryTokenWarns) {
 }
 
 TEST(NumberHelpersTest, DecimalHexAndSubstring) {
-    EXPECT_EQ(ParseDecimal("-12"), -12);
-    EXPECT_EQ(ParseDecimal("12AB"), 12);
-    EXPECT_EQ(ParseDecimal("1-2"), 12);
-    EXPECT_EQ(ParseDecimal("4294967297"), 1);  // wraps at 32 bits
-    EXPECT_EQ(ParseDecimal(""), 0);
-    EXPECT_EQ(ParseHex("1Fh"), 0x1F);
-    EXPECT_EQ(ParseHex("1F"), 0x1F);
-    EXPECT_EQ(ParseHex("$1F"), 0x1F);
-    EXPECT_EQ(ParseHex("0x1f"), 0x1F);
-    EXPECT_EQ(ParseHex("1_F"), 0x10F);
-    EXPECT_EQ(ParseHex("FFFFFFFFh"), -1);
-    EXPECT_EQ(ParseHex("8000000h"), static_cast<int32_t>(0xF8000000));  // h shifts back arithmetically
+    // Decimal skips what is not a digit and wraps at 32 bits; a final "h" shifts back arithmetically.
+    const std::pair<const char*, int32_t> decimals[] = {
+        {"-12", -12}, {"12AB", 12}, {"1-2", 12}, {"4294967297", 1}, {"", 0}};
+    for (const auto& [text, value] : decimals) EXPECT_EQ(ParseDecimal(text), value) << text;
+    const std::pair<const char*, int32_t> hexes[] = {{"1Fh", 0x1F}, {"1F", 0x1F}, {"$1F", 0x1F}, {"0x1f", 0x1F},
+        {"1_F", 0x10F}, {"FFFFFFFFh", -1}, {"8000000h", static_cast<int32_t>(0xF8000000)}};
+    for (const auto& [text, value] : hexes) EXPECT_EQ(ParseHex(text), value) << text;
     EXPECT_STREQ(Substring("\"name\"", 1, -1), "name");
     EXPECT_STREQ(Substring("abcdef", -2, 5), "ef");
     EXPECT_STREQ(Substring("abcdef", 2, 3), "cde");

@@ -1,0 +1,189 @@
+#include <cstring>
+#include <filesystem>
+
+#include "table/font_test_support.h"
+
+namespace {
+
+using TableFileTest = FontTest;
+
+// One-byte entries without a text (0x90, 0x81) are left out; the common layout is read back below.
+TEST_F(TableFileTest, WritesEveryCodeWithItsKeywords) {
+    FontBuilder font;
+    font.Entry(0x06, "\"q\"", ENTRY_PARAM).Entry(0x90, nullptr, ENTRY_TERMINAL);
+    ASSERT_EQ(font.Entry(0xFE, "", ENTRY_NEWLINE | ENTRY_TERMINAL).TwoByte(0x8141, "<c @>", ENTRY_PARAM).Load(), 1);
+    ASSERT_EQ(Trelvane_SaveFont(1, (dir / "out.txt").c_str()), -1);
+    EXPECT_EQ(ReadText(dir / "out.txt"),
+              "; Trelvane table\r\n\r\n"
+              "[06]   \"\"q\"\" byte\r\n"
+              "[FE]   terminal newline\r\n"
+              "\r\n"
+              "[8141] \"<c @>\"\r\n");
+}
+
+TEST_F(TableFileTest, RefusesUnknownFontsAndUncreatableFiles) {
+    const std::string out = dir / "out.txt";
+    EXPECT_EQ(Trelvane_SaveFont(1, out.c_str()), 0);
+    EXPECT_EQ(LastErrorSummary(), "-200|" + out + "|0,0|font|1");
+    ASSERT_EQ(FontBuilder().Entry(0xFF, "", ENTRY_TERMINAL).Load(), 1);
+    EXPECT_EQ(Trelvane_SaveFont(0, out.c_str()), 0);
+    EXPECT_FALSE(FileExists(out));
+    const std::string missing = dir / "no/such/dir.txt";
+    EXPECT_EQ(Trelvane_SaveFont(1, missing.c_str()), 0);
+    EXPECT_EQ(LastErrorSummary(), "-105|" + missing + "|0,0||");
+}
+
+
+TEST_F(TableFileTest, ReadsTheWritersLayoutBackByteForByte) {
+    const std::string table =
+        "; Trelvane table\r\n\r\n"
+        "[00]   \"A\"\r\n"
+        "[01]   \"B\"\r\n"
+        "[05]   \"<w @>\" newline byte\r\n"
+        "[81]   \"x\" byte\r\n"
+        "[FF]   terminal\r\n"
+        "\r\n"
+        "[8140] \"X\"\r\n"
+        "[0123] terminal\r\n";
+    ASSERT_EQ(LoadTable("font.txt", table), 1);
+    ASSERT_EQ(Trelvane_SaveFont(1, (dir / "again.txt").c_str()), -1);
+    std::string expected = table;  // 0x01 now begins the two-byte code 0123
+    expected.replace(expected.find("[01]   \"B\""), 10, "[01]   \"B\" byte");
+    EXPECT_EQ(ReadText(dir / "again.txt"), expected);
+    EXPECT_EQ(LastError().code, TLERR_NONE);
+}
+
+// Table files of both formats, loaded as font 1 and then decoding the bytes to the text.
+TEST_F(TableFileTest, LoadedTablesDecode) {
+    const struct {
+        const char *name, *table;
+        Bytes bytes;
+        const char* text;
+    } cases[] = {
+        {"free.txt", "\"zero\" [41]\n\n \"A\nB\"   [42] \"B\" ; [43] \"C\"\n terminal [FE] newline",
+         {0x00, 0x41, 0xFE, 0x43, 0x42, 0x41}, "zeroA\nB\n[43]B"},
+        {"rule.txt", "[01] \"ki\" [02] \"-ya\" fontrule = 1, romanji [FF] terminal", {0x01, 0x02, 0xFF}, "kya"},
+        {"rule.txt", "[01] \"ki\" [02] \"-ya\" fontrule = 1, plain [FF] terminal", {0x01, 0x02, 0xFF}, "ki-ya"},
+        {"game.tbl", "41=A\n# note\n(x\n[y\n{z\n42= B c \r\n*FE\n/FF\n00=\n",
+         {0x41, 0x42, 0xFE, 0x00, 0x23, 0xFF, 0x41}, "A B c \n[23]"},
+        // A two-byte control code reads no parameter bytes.
+        {"game.tbl", "$1C=2\n$05=1 rest ignored\n8140=X\n$8141=1\n/FF\n",
+         {0x1C, 0x01, 0x02, 0x05, 0x03, 0x81, 0x40, 0x81, 0x41, 0x07, 0xFF}, "<1C  01 02><05  03>X<8141 @>[07]"},
+        // A line end in place of "=": the text starts right after it, so a lone line
+        // feed makes the next line the text, a CR LF pair leaves it empty.
+        {"game.tbl", "41\nA=1\n42\r\n/FF\n", {0x42, 0x41, 0xFF}, "A=1"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.table);
+        ResetFontSet();
+        ASSERT_EQ(LoadTable(c.name, c.table), 1);
+        EXPECT_EQ(LastError().code, TLERR_NONE);
+        EXPECT_EQ(Decode(c.bytes), c.text);
+    }
+}
+
+// A refused load returns 0; a warning keeps the load going. "%" stands for the table's path.
+TEST_F(TableFileTest, RefusalsAndWarningsNameLineAndColumn) {
+    const struct {
+        const char *name, *table;
+        long font;
+        std::string error;
+    } cases[] = {
+        {"bad.tbl", "41=A\n42 B\n/FF\n", 0, "-250|%|2,3|=| "},
+        {"bad.tbl", "41=A\r\n\r\n/FF", 0, "-250|%|3,4|=|"},
+        {"bad.tbl", "12345=A\n/FF\n", 0, "-250|%|1,5|=|5"},
+        {"bad.tbl", "41=A\n=B\n/FF\n", 0, "-250|%|2,1|code|="},
+        {"bad.tbl", "41=A\n/\n", 0, "-250|%|2,2|code|\n"},
+        {"bad.tbl", "41=A\n  $1C=3\n/FF\n", 0, "-503|%|2,7||"},
+        {"bad.tbl", "$1C=", 0, "-503|%|1,5||"},
+        {"bad.tbl", "41=A\n*FE\n", 0, "-351|%|0,0||"},
+        {"bad.txt", "[41] \"A\" newline", 0, "-351|%|0,0||"},
+        {"rule.txt", "[41] \"A\"\nfontrule = 3, romanji\n[FF] terminal", 1, "-250|rule.txt|2,12|1 or 2|3"},
+        {"rule.txt", "[41] \"A\"\nfontrule 1, romanji\n[FF] terminal", 1, "-250|rule.txt|2,10|=|1"},
+        {"rule.txt", "[41] \"A\"\nfontrule = x, romanji\n[FF] terminal", 1, "-250|rule.txt|2,12|number|x"},
+        {"rule.txt", "[41] \"A\"\nfontrule = 1 romanji\n[FF] terminal", 1, "-250|rule.txt|2,14|comma|romanji"},
+        {"old.txt", "[41] \"A\"\n  Base 8000h \"ignored\"\n[FF] terminal\n", 1, "-303|old.txt|2,3|Base|"},
+        // A character no pattern accepts reports the column just before it, as every reader does.
+        {"bad.txt", "[FF] terminal\n[41] # \"A\"\n", 0, "-302|bad.txt|2,5|#|"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.table);
+        ResetFontSet();
+        SetError(TLERR_NONE, "", 0, 0);
+        EXPECT_EQ(LoadTable(c.name, c.table), c.font);
+        std::string error = c.error;
+        if (error.find('%') != std::string::npos) error.replace(error.find('%'), 1, dir / c.name);
+        EXPECT_EQ(LastErrorSummary(), error);
+        EXPECT_EQ(TheFontSet.fontCount, c.font);
+        if (c.font) {
+            EXPECT_EQ(Decode({0x00, 0x41, 0xFF}), "[00]A");
+        }
+    }
+    for (std::string token : {"hello", "[12345]", "=", "12", "romanji", "baseline"}) {
+        ResetFontSet();
+        EXPECT_EQ(LoadTable("bad.txt", "[FF] terminal\n[41] " + token + " \"A\"\n"), 0);
+        EXPECT_EQ(LastErrorSummary(), "-302|bad.txt|2,6|" + token + "|");
+    }
+}
+
+TEST_F(TableFileTest, AlternativeTextsFillASecondFont) {
+    ASSERT_EQ(LoadTable("pair.txt", "[41] \"A\" {a} [42] \"B\" [8140] \"X\" {x} [FF] terminal fontrule=2,romanji"), 1);
+    EXPECT_EQ(TheFontSet.fontCount, 2);
+    EXPECT_EQ(Decode({0x41, 0x81, 0x40, 0x42, 0xFF}), "AXB");
+    EXPECT_EQ(Decode({0x41, 0x81, 0x40, 0x42, 0xFF}, 2), "ax[42]");
+    const Font* fonts = TheFontSet.fonts;
+    EXPECT_EQ(0, std::memcmp(fonts[0].flags, fonts[1].flags, sizeof fonts[0].flags));
+    EXPECT_EQ(fonts[1].twoByteCounter, 2);
+    EXPECT_EQ(fonts[0].rule, 0);
+    EXPECT_EQ(fonts[1].rule, FONT_RULE_ROMANJI);
+    // No third slot: a table with alternative texts needs two free ones.
+    ResetFontSet();
+    ASSERT_EQ(LoadTable("one.txt", "[FF] terminal"), 1);
+    EXPECT_EQ(LoadTable("pair.txt", "[41] \"A\" {a} [FF] terminal"), 0);
+    EXPECT_EQ(LastErrorSummary(), "-102|" + (dir / "pair.txt") + "|0,0|fonts|");
+    EXPECT_EQ(TheFontSet.fontCount, 1);
+}
+
+TEST_F(TableFileTest, MissingFilesTheReaderChoiceAndAThirdFont) {
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(Trelvane_LoadFont((dir / "missing").c_str()), 0);
+    std::filesystem::create_directory(dir.path() / "d.tbl");  // a ".tbl" folder does not make a thingy table
+    WriteFile(dir / "d.tbl/plain", std::string("/FF\n"));
+    EXPECT_EQ(Trelvane_LoadFont((dir / "d.tbl/plain").c_str()), 0);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "loadFile failed on '" + (dir / "missing") +
+                                                          "'\nloadFile failed on '" + (dir / "d.tbl/plain") + "'\n");
+    EXPECT_EQ(LastError().code, TLERR_NONE);
+    EXPECT_EQ(Trelvane_LoadFont((dir / "none.tbl").c_str()), 0);
+    EXPECT_EQ(LastErrorSummary(), "-103|" + (dir / "none.tbl") + "|0,0||");
+    EXPECT_EQ(LoadTable("a.tbl", "41=A\n*FE\n"), 0);
+    // The failed load left its entries in the slot; the next load adds to them.
+    EXPECT_EQ(LoadTable("UPPER.TBL", "/FF\n"), 1);
+    EXPECT_EQ(Decode({0x41, 0xFF}), "A");
+    WriteFile(dir / "plain.txt", std::string("[41] \"A\" [FF] terminal"));
+    EXPECT_EQ(Trelvane_LoadFont((dir / "plain").c_str()), 2);
+    EXPECT_EQ(LoadTable("b.tbl", "/FF\n"), 0);
+    EXPECT_EQ(LastErrorSummary(), "-102|" + (dir / "b.tbl") + "|0,0|fonts|");
+    EXPECT_EQ(TheFontSet.fontCount, 2);
+}
+
+TEST_F(TableFileTest, TwoByteCodesAndThePoolStopAtTheirLimits) {
+    std::string table = "/FF\n";
+    char line[16];
+    for (int n = 1; n <= TWO_BYTE_LIMIT; ++n) {
+        std::snprintf(line, sizeof line, "%04X=w%d\n", 0x8000 + n, n);
+        table += line;
+    }
+    ASSERT_EQ(LoadTable("full.tbl", table), 1);
+    EXPECT_EQ(Decode({0x80, 0xFE, 0xFF}), "w254");
+    EXPECT_EQ(LoadTable("over.tbl", table + "9000=x\n"), 0);
+    EXPECT_EQ(LastErrorSummary(), "-300||0,0|More than 254 two-byte codes|");
+    EXPECT_EQ(TheFontSet.fonts[1].twoByteMap[0x9000], 0);
+    ResetFontSet();
+    table = "/FF\n";
+    for (int code = 0; code < 200; ++code)
+        table += std::to_string(10 + code % 90) + "=" + std::string(200, 'a' + code % 26) + std::to_string(code) + "\n";
+    EXPECT_EQ(LoadTable("big.tbl", table), 0);
+    EXPECT_EQ(LastErrorSummary(), "-300||0,0|More than 32768 bytes of table text|");
+}
+
+}  // namespace
