@@ -13,11 +13,6 @@ int FailWithLastError() {
 
 void PrintMessageLine(int id) { std::printf("%s\n", Trelvane_GetString(id)); }
 
-int ReportUnavailableCommand(const char* command) {
-    std::printf("The %s command is not available in this build.\n", command);
-    return -1;
-}
-
 long ParseNumberArgument(const char* text) {
     size_t length = std::strlen(text);
     if (length > 0 && (text[length - 1] == 'h' || text[length - 1] == 'H'))

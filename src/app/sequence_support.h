@@ -8,9 +8,6 @@ int FailWithLastError();
 // Prints catalogue message id followed by a line feed.
 void PrintMessageLine(int id);
 
-// Ends a command whose engine part is not in this build: one line, status -1.
-int ReportUnavailableCommand(const char* command);
-
 // A number argument: hexadecimal digits with a trailing "h" or "H" read as
 // hexadecimal, anything else as a decimal number up to its first non-digit.
 long ParseNumberArgument(const char* text);
