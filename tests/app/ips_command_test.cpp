@@ -33,7 +33,9 @@ TEST_F(IpsCommandTest, CreateNamesThePatchAfterTheRom) {
     };
     for (const auto& [args, output, patch] : cases) {
         EXPECT_EQ(Run(args), (RunResult{0, output}));
-        if (!patch.empty()) EXPECT_EQ(ReadText(dir / patch), kPatch);
+        if (!patch.empty()) {
+            EXPECT_EQ(ReadText(dir / patch), kPatch);
+        }
     }
     EXPECT_FALSE(FileExists(dir / "old.ips"));
 }

@@ -97,7 +97,9 @@ TEST(IpsRead, AcceptsAndRefuses) {
         SCOPED_TRACE(std::string(patch.begin(), patch.end()));
         std::vector<IpsRecord> records;
         ASSERT_EQ(ReadIpsRecords(patch.data(), patch.size(), records), result);
-        if (result == IpsRead::Valid) EXPECT_EQ(records.size(), count);
+        if (result == IpsRead::Valid) {
+            EXPECT_EQ(records.size(), count);
+        }
     }
 }
 
