@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string>
+#include <tuple>
 
 #include "support/test_support.h"
 
@@ -22,34 +23,25 @@ TEST_F(IpsCommandTest, CreateNamesThePatchAfterTheRom) {
     WriteFile(dir / "new.fr.smc", kModified);
     std::filesystem::create_directories(dir / "v1.2");
     WriteFile(dir / "v1.2/game", kModified);
-    const std::pair<std::vector<std::string>, std::string> cases[] = {
-        {{"new.fr.smc", "i", "old.smc"}, "new.fr.ips"},
-        {{"v1.2/game", "I", "old.smc"}, "v1.2/game.ips"},
-        {{"new.fr.smc", "i", "old.smc", "out.ips", "ignored"}, "out.ips"},
-    };
-    for (const auto& [args, patch] : cases) {
-        RunResult run = Run(args);
-        EXPECT_EQ(run.status, 0);
-        EXPECT_EQ(run.output, "");
-        EXPECT_EQ(ReadText(dir / patch), kPatch);
-    }
-
     // Failures are reported, yet the run ends normally.
-    RunResult identical = Run({"old.smc", "i", "old.smc"});
-    EXPECT_EQ(identical.status, 0);
-    EXPECT_EQ(identical.output, "Files identical. IPS not created.\n");
+    const std::tuple<std::vector<std::string>, std::string, std::string> cases[] = {
+        {{"new.fr.smc", "i", "old.smc"}, "", "new.fr.ips"},
+        {{"v1.2/game", "I", "old.smc"}, "", "v1.2/game.ips"},
+        {{"new.fr.smc", "i", "old.smc", "out.ips", "ignored"}, "", "out.ips"},
+        {{"old.smc", "i", "old.smc"}, "Files identical. IPS not created.\n", ""},
+        {{"old.smc", "i", "gone.smc"}, "Error opening gone.smc.\n", ""},
+    };
+    for (const auto& [args, output, patch] : cases) {
+        EXPECT_EQ(Run(args), (RunResult{0, output}));
+        if (!patch.empty()) EXPECT_EQ(ReadText(dir / patch), kPatch);
+    }
     EXPECT_FALSE(FileExists(dir / "old.ips"));
-    RunResult missing = Run({"old.smc", "i", "gone.smc"});
-    EXPECT_EQ(missing.status, 0);
-    EXPECT_EQ(missing.output, "Error opening gone.smc.\n");
 }
 
 TEST_F(IpsCommandTest, ApplyPatchesTheRomFile) {
     WriteFile(dir / "game.smc", kOriginal);
     WriteFile(dir / "FIX.IPS", kPatch);
-    RunResult run = Run({"game.smc", "p", "FIX.IPS"});
-    EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.output, "FIX.IPS: Patch successful\n");
+    EXPECT_EQ(Run({"game.smc", "p", "FIX.IPS"}), (RunResult{0, "FIX.IPS: Patch successful\n"}));
     EXPECT_EQ(ReadFile(dir / "game.smc"), kModified);  // no header is skipped
 }
 
@@ -68,12 +60,9 @@ TEST_F(IpsCommandTest, ApplyRefusals) {
         {{"game.smc", "p", "dir.ips/fix"}, "Patch scripts not supported.\n"},
     };
     for (const auto& [args, output] : cases) {
-        SCOPED_TRACE(args[0] + " " + args[2]);
-        RunResult run = Run(args);
-        EXPECT_EQ(run.status, 255);
-        EXPECT_EQ(run.output, output);
-        EXPECT_EQ(ReadFile(dir / "game.smc"), kOriginal);
+        EXPECT_EQ(Run(args), (RunResult{255, output})) << args[0] << " " << args[2];
     }
+    EXPECT_EQ(ReadFile(dir / "game.smc"), kOriginal);
     EXPECT_FALSE(FileExists(dir / "gone.smc"));
 }
 

@@ -6,12 +6,8 @@ namespace {
 
 TEST(ThingyCommandTest, ConvertsByteForByteOrPrintsTheErrorAndWritesNothing) {
     TempDir dir;
-    auto run = [&](std::vector<std::string> args) {  // "status:output"
-        const RunResult result = RunTrelvane(dir.path(), args);
-        return std::to_string(result.status) + ":" + result.output;
-    };
     WriteFile(dir / "game.tbl", std::string("41=A\r\n42=B b\r\n8140=X\r\n$05=2\r\n*FE\r\n/FF\r\n"));
-    EXPECT_EQ(run({"game.tbl", "c", "game.txt"}), "0:");
+    EXPECT_EQ(RunTrelvane(dir.path(), {"game.tbl", "c", "game.txt"}), (RunResult{0, ""}));
     EXPECT_EQ(ReadText(dir / "game.txt"),
               "; Trelvane table\r\n\r\n"
               "[05]   \"<05 @>\" byte\r\n"
@@ -22,8 +18,9 @@ TEST(ThingyCommandTest, ConvertsByteForByteOrPrintsTheErrorAndWritesNothing) {
               "\r\n"
               "[8140] \"X\"\r\n");
     WriteFile(dir / "bad.tbl", std::string("41=A\n42 B\n/FF\n"));
-    EXPECT_EQ(run({"bad.tbl", "C", "out.txt"}), "255:bad.tbl:2,3:Expected '=', found ' '.\n");
-    EXPECT_EQ(run({"none.tbl", "c", "out.txt"}), "255:Error opening none.tbl.\n");
+    EXPECT_EQ(RunTrelvane(dir.path(), {"bad.tbl", "C", "out.txt"}),
+              (RunResult{255, "bad.tbl:2,3:Expected '=', found ' '.\n"}));
+    EXPECT_EQ(RunTrelvane(dir.path(), {"none.tbl", "c", "out.txt"}), (RunResult{255, "Error opening none.tbl.\n"}));
     EXPECT_FALSE(FileExists(dir / "out.txt"));
 }
 

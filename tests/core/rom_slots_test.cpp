@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "core/last_error.h"
 #include "support/test_support.h"
 #include "trelvane.h"
@@ -43,22 +45,18 @@ TEST_F(RomSlotsTest, LoadDropsTheHeaderFixedByTheExtension) {
 
 TEST_F(RomSlotsTest, LoadRefusals) {
     WriteFile(dir / "short.smc", Sequence(100));
-    struct Case {
-        std::string path;
-        int code;
-        std::string data0;
-    } cases[] = {
-        {"game.sfc", TLERR_FILE_BADEXT, ".sfc"},         {"game.fr.smc", TLERR_FILE_BADEXT, ".fr.smc"},
-        {"dir.v2/game", TLERR_FILE_NOEXT, ""},           {"missing.gb", TLERR_FILE_NOREAD, ""},
+    const std::tuple<std::string, int, std::string> cases[] = {
+        {"game.sfc", TLERR_FILE_BADEXT, ".sfc"},
+        {"game.fr.smc", TLERR_FILE_BADEXT, ".fr.smc"},
+        {"dir.v2/game", TLERR_FILE_NOEXT, ""},
+        {"missing.gb", TLERR_FILE_NOREAD, ""},
         {dir / "short.smc", TLERR_FILE_INVALID, "ROM image"},  // shorter than its header
     };
-    for (const Case& c : cases) {
-        EXPECT_EQ(Trelvane_LoadROM(c.path.c_str()), 0);
-        EXPECT_EQ(LastError().code, c.code) << c.path;
-        EXPECT_EQ(LastError().file, c.path);
-        EXPECT_EQ(LastError().data[0], c.data0);
-        EXPECT_FALSE(RequireCurrentRom());
+    for (const auto& [path, code, data0] : cases) {
+        EXPECT_EQ(Trelvane_LoadROM(path.c_str()), 0);
+        EXPECT_EQ(std::tuple(LastError().code, LastError().file, LastError().data[0]), std::tuple(code, path, data0));
     }
+    EXPECT_FALSE(RequireCurrentRom());
 }
 
 TEST_F(RomSlotsTest, OneSlotAndItsHandle) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -39,6 +40,8 @@ inline bool EndsWith(const std::string& text, const std::string& end) {
 struct RunResult {
     int status;          // exit status as the shell sees it (0 to 255)
     std::string output;  // everything written to standard output
+    bool operator==(const RunResult&) const = default;
+    friend void PrintTo(const RunResult& run, std::ostream* out) { *out << run.status << " \"" << run.output << '"'; }
 };
 
 // Runs program (a path) with args in folder dir.

@@ -39,10 +39,6 @@ public:
     FontBuilder& TwoByte(uint16_t code, const char* text, uint8_t flags = 0) {
         return Entry(DefineTwoByteCode(font_, code), text, flags);
     }
-    FontBuilder& Rule(uint8_t rule) {
-        font_.rule = rule;
-        return *this;
-    }
     long Load() { return CompleteLoad("built", 1); }
 
 private:

@@ -16,6 +16,7 @@ TEST(PatternTest, AtomsClassesRepeatsAndPrecedence) {
         Patterns patterns;
         const char* text;
         TokenList tokens;
+        uint32_t flags = READER_SKIP_SPACE;
     } cases[] = {
         {{{1, "ab"}, {2, "\\[\\^\\\\\\*\\+"}, {3, "^\""}, {4, "[^x]y"}, {5, "[^\\]]z"}},
          "ab AB [^\\*+ \n q qy xy Xy qz ]z \"",  // a complement removes no twin: "X" stays in [^x]
@@ -34,23 +35,18 @@ TEST(PatternTest, AtomsClassesRepeatsAndPrecedence) {
           {14, "12h"}, {20, "12"}, {15, "12hx"}}},
         {{{15, "[a-z]+"}, {8, "base"}, {9, "base"}}, "base", {{9, "base"}}},
         {{{11, "\"^\"*\""}}, " \"a\nb\" \"\"", {{11, "\"a\nb\""}, {11, "\"\""}}},
+        {{{1, "[a-c]x"}}, "bx Bx", {{1, "bx"}, {TOKEN_UNKNOWN, "B"}, {TOKEN_UNKNOWN, "x"}},
+         READER_SKIP_SPACE | READER_CASE_SENSITIVE},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.text);
-        SourceReader reader(READER_SKIP_SPACE);
+        SourceReader reader(c.flags);
         for (const LexiconPattern& p : c.patterns) ASSERT_TRUE(reader.AddPattern(p.kind, p.pattern)) << p.pattern;
         EXPECT_EQ(ReadTokens(reader, c.text), c.tokens);
     }
-    SourceReader exact(READER_SKIP_SPACE | READER_CASE_SENSITIVE);
-    ASSERT_TRUE(exact.AddPattern(1, "[a-c]x"));
-    EXPECT_EQ(ReadTokens(exact, "bx Bx"), (TokenList{{1, "bx"}, {TOKEN_UNKNOWN, "B"}, {TOKEN_UNKNOWN, "x"}}));
 }
 
 TEST(PatternTest, FirstAdditionCreatesOrCopiesAPrivateAutomaton) {
-    SourceReader fresh(READER_SKIP_SPACE);
-    EXPECT_EQ(fresh.Automaton(), nullptr);
-    ASSERT_TRUE(fresh.AddPattern(1, "a"));
-    EXPECT_EQ(fresh.Automaton()->Flags(), FSA_OWNED);
     const LexiconPattern patterns[] = {{1, "[a-z]+"}, {2, "if"}};
     const Fsa shared = CompileLexicon(patterns);
     const int states = shared.StateCount(), transitions = shared.TransitionCount();
@@ -60,8 +56,6 @@ TEST(PatternTest, FirstAdditionCreatesOrCopiesAPrivateAutomaton) {
     ASSERT_TRUE(first.AddPattern(3, "then"));
     EXPECT_NE(first.Automaton(), &shared);
     EXPECT_EQ(first.Automaton()->Flags(), FSA_OWNED);
-    EXPECT_EQ(first.Automaton()->StateCapacity(), states + 1024);
-    EXPECT_EQ(first.Automaton()->TransitionCapacity(), transitions + 2048);
     EXPECT_EQ(shared.Flags(), 0u);
     EXPECT_EQ(shared.StateCount(), states);
     EXPECT_EQ(shared.TransitionCount(), transitions);

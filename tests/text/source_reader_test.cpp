@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <string>
+#include <tuple>
 
 #include "support/test_support.h"
 #include "text/token_list.h"
@@ -32,7 +33,7 @@ protected:
     TempDir dir;
 };
 
-TEST_F(ReaderTest, OpenAddsTheDefaultExtensionOnlyWhenTheNameHasNone) {
+TEST_F(ReaderTest, OpenAddsTheDefaultExtensionAndReadsCarriageReturnLineFeedAsOneLineFeed) {
     std::filesystem::create_directory(dir.path() / "dir.old");
     WriteFile(dir / "script", "s");
     WriteFile(dir / "dir.old/name.txt", "n");
@@ -49,6 +50,10 @@ TEST_F(ReaderTest, OpenAddsTheDefaultExtensionOnlyWhenTheNameHasNone) {
         EXPECT_STREQ(reader.FileName(), c.shownName);
         EXPECT_STREQ(reader.LineText(), c.text);
     }
+    WriteFile(dir / "crlf.txt", "ab\r\ncd\r\n\r\nef");
+    ASSERT_TRUE(reader.Open((dir / "crlf").c_str(), "txt"));
+    EXPECT_EQ(RemainingTokens(reader), (TokenList{{1, "ab"}, {1, "cd"}, {1, "ef"}}));
+    EXPECT_EQ(reader.TokenLine(), 4);
     // A failed open names the file it tried and keeps reading the text it had.
     reader.OpenText("mem", "ab cd");
     reader.NextToken();
@@ -57,14 +62,6 @@ TEST_F(ReaderTest, OpenAddsTheDefaultExtensionOnlyWhenTheNameHasNone) {
     EXPECT_FALSE(reader.Open(dir.path().c_str(), ""));  // a folder is no source
     EXPECT_EQ(Position(), "1:3: ");
     EXPECT_EQ(RemainingTokens(reader), (TokenList{{1, "cd"}}));
-}
-
-TEST_F(ReaderTest, FilesReadCarriageReturnLineFeedAsOneLineFeed) {
-    WriteFile(dir / "crlf.txt", "ab\r\ncd\r\n\r\nef");
-    ASSERT_TRUE(reader.Open((dir / "crlf.txt").c_str(), "txt"));
-    EXPECT_EQ(reader.Top()->textBuffer, (std::vector<char>{'a', 'b', '\n', 'c', 'd', '\n', '\n', 'e', 'f', '\0'}));
-    EXPECT_EQ(RemainingTokens(reader), (TokenList{{1, "ab"}, {1, "cd"}, {1, "ef"}}));
-    EXPECT_EQ(reader.TokenLine(), 4);
 }
 
 TEST_F(ReaderTest, AdvanceAndSkipLineCountLinesAndColumns) {
@@ -116,36 +113,13 @@ TEST_F(ReaderTest, IncludedSourcesStackUp) {
     EXPECT_FALSE(reader.PopFrame());
     EXPECT_FALSE(reader.PopFrame());
     // With no source left every call answers as at the end of a text.
-    EXPECT_STREQ(reader.FileName(), "");
-    EXPECT_EQ(reader.Advance(), '\0');
-    EXPECT_STREQ(reader.LineText(), "");
-    EXPECT_EQ(reader.Match(), TOKEN_END);
-    EXPECT_EQ(NextToken(), std::to_string(TOKEN_END) + "@0:0:");
     reader.SkipLine();
+    EXPECT_EQ(reader.Advance(), '\0');
+    EXPECT_EQ(NextToken(), std::to_string(TOKEN_END) + "@0:0:");
     EXPECT_EQ(ReadTokens(reader, "x"), (TokenList{{1, "x"}}));  // opening gives the reader a frame again
 }
 
-TEST(SourceReaderTest, MatchLooksAheadWithoutMoving) {
-    SourceReader reader(READER_SKIP_SPACE);
-    ASSERT_TRUE(reader.AddPattern(1, "abc"));
-    ASSERT_TRUE(reader.AddPattern(2, "a"));
-    reader.OpenText("t", "  abx");
-    EXPECT_EQ(reader.Match(), 2);
-    const SourceFrame& frame = *reader.Top();
-    EXPECT_EQ(frame.matchLength, 1);
-    EXPECT_EQ(frame.matchColumn, 5);  // started at 3, scanned "a" and "b"
-    EXPECT_EQ(frame.matchText, "a");
-    EXPECT_EQ(frame.column, 1);
-    EXPECT_EQ(reader.NextToken(), 2);
-    EXPECT_EQ(reader.TokenColumn(), 4);  // the overrun shows in the column
-    EXPECT_EQ(reader.Match(), TOKEN_UNKNOWN);
-    EXPECT_EQ(frame.matchLength, 0);
-    EXPECT_EQ(frame.matchText, "");
-    reader.OpenText("t", "   ");
-    EXPECT_EQ(reader.Match(), TOKEN_END);
-}
-
-TEST(SourceReaderTest, WithoutAnAutomatonEveryTokenWarns) {
+TEST(SourceReaderTest, MatchLooksAheadWithoutMovingAndWarnsWithoutAnAutomaton) {
     SourceReader reader(READER_SKIP_SPACE);
     reader.OpenText("t", "abc");
     testing::internal::CaptureStdout();
@@ -154,6 +128,16 @@ TEST(SourceReaderTest, WithoutAnAutomatonEveryTokenWarns) {
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "Warning: no FSA\nWarning: no FSA\n");
     EXPECT_EQ(reader.Match(), TOKEN_END);
     EXPECT_EQ(reader.CurrentChar(), 'a');
+    ASSERT_TRUE(reader.AddPattern(1, "abc"));
+    ASSERT_TRUE(reader.AddPattern(2, "a"));
+    reader.OpenText("t", "  abx");
+    EXPECT_EQ(reader.Match(), 2);
+    EXPECT_EQ(reader.Top()->column, 1);
+    EXPECT_EQ(reader.NextToken(), 2);
+    EXPECT_EQ(reader.TokenColumn(), 4);  // started at 3; the scan of "b" shows in the column
+    EXPECT_EQ(reader.Match(), TOKEN_UNKNOWN);
+    reader.OpenText("t", "   ");
+    EXPECT_EQ(reader.Match(), TOKEN_END);
 }
 
 TEST(NumberHelpersTest, DecimalHexAndSubstring) {
@@ -164,12 +148,10 @@ TEST(NumberHelpersTest, DecimalHexAndSubstring) {
     const std::pair<const char*, int32_t> hexes[] = {{"1Fh", 0x1F}, {"1F", 0x1F}, {"$1F", 0x1F}, {"0x1f", 0x1F},
         {"1_F", 0x10F}, {"FFFFFFFFh", -1}, {"8000000h", static_cast<int32_t>(0xF8000000)}};
     for (const auto& [text, value] : hexes) EXPECT_EQ(ParseHex(text), value) << text;
-    EXPECT_STREQ(Substring("\"name\"", 1, -1), "name");
-    EXPECT_STREQ(Substring("abcdef", -2, 5), "ef");
-    EXPECT_STREQ(Substring("abcdef", 2, 3), "cde");
-    EXPECT_STREQ(Substring("abc", 5, 2), "");
-    EXPECT_STREQ(Substring("abc", -9, 2), "ab");
-    EXPECT_STREQ(Substring("abc", 1, -9), "");
+    const std::tuple<const char*, int, int, const char*> substrings[] = {
+        {"\"name\"", 1, -1, "name"}, {"abcdef", -2, 5, "ef"}, {"abcdef", 2, 3, "cde"},
+        {"abc", 5, 2, ""}, {"abc", -9, 2, "ab"}, {"abc", 1, -9, ""}};
+    for (const auto& [text, start, length, part] : substrings) EXPECT_STREQ(Substring(text, start, length), part);
 }
 
 }  // namespace

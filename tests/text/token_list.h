@@ -21,9 +21,3 @@ inline TokenList ReadTokens(SourceReader& reader, const char* text) {
     reader.OpenText("test", text);
     return RemainingTokens(reader);
 }
-
-inline TokenList Tokens(const Fsa& lexicon, const char* text) {
-    SourceReader reader(READER_SKIP_SPACE);
-    reader.SetAutomaton(&lexicon);
-    return ReadTokens(reader, text);
-}
