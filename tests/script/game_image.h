@@ -86,22 +86,6 @@ inline std::vector<std::string> NumberedTexts(int count, size_t extra = 0) {
     return texts;
 }
 
-// Split pointer tables: 20 strings at 10010h whose pointers (base 10000h)
-// have their low bytes at 3000h and their high bytes at 3400h, and again,
-// farther from the low bytes, at 2400h; and 20 short strings "s0", "s3", ...
-// in the page 37A00h behind a low-byte table at 1000h.
-inline GameImage SplitTableGame() {
-    GameImage image(0x40000);
-    std::vector<int64_t> strings = image.PutStrings(0x10010, NumberedTexts(20, 30));
-    image.PutPointers(0x3000, 1, strings, 0x10000);
-    image.PutPointers(0x3400, 1, strings, 0x10000, 1);
-    image.PutPointers(0x2400, 1, strings, 0x10000, 1);
-    std::vector<std::string> shortTexts;
-    for (int i = 0; i < 20; ++i) shortTexts.push_back(std::string("s").append(std::to_string(i * 3)));
-    image.PutPointers(0x1000, 1, image.PutStrings(0x37A10, shortTexts), 0x37A00);
-    return image;
-}
-
 // A folder holding the game's table, and the image last loaded from it.
 class GameTest : public ::testing::Test {
 protected:

@@ -46,15 +46,15 @@ TEST_F(PointerTableTest, FinderMatchesFromTheSecondStringAndStepsBack) {
     image.PutPointers(0x4000, 2, image.PutStrings(0x10010, std::vector<std::string>(20, "Same")), 0x8010);
     Load(image);
     EXPECT_EQ(Fields(Find(0x10010)), (std::vector<int>{0, 0, 0, 2, 1, 20, 0x8010 + 5, 0x4000}));
-}
 
-TEST_F(PointerTableTest, TwoStringsPerPointer) {
-    GameImage image(0x20000);
-    std::vector<int64_t> strings = image.PutStrings(0x10010, NumberedTexts(40)), firsts;
+    // Two strings per pointer.
+    image = GameImage(0x20000);
+    strings = image.PutStrings(0x10010, NumberedTexts(40));
+    std::vector<int64_t> firsts;
     for (size_t i = 0; i < strings.size(); i += 2) firsts.push_back(strings[i]);
     image.PutPointers(0x6000, 2, firsts, 0x8010);
     Load(image);
-    PointerTable found = Find(0x10010);
+    found = Find(0x10010);
     EXPECT_EQ(Fields(found), (std::vector<int>{0, 0, 0, 2, 2, 40, 0x8010, 0x6000}));
     EXPECT_EQ(Trelvane_GetPointer(1, &found, 5), strings[5]);  // pointer 2, one string on
 }
@@ -92,19 +92,7 @@ TEST_F(PointerTableTest, AdjustKeepsDuplicatesAndSharedTails) {
     EXPECT_EQ(table.count, 2);
 }
 
-TEST_F(PointerTableTest, SplitPointersJoinTheirBytes) {
-    GameImage image(0x100, true);
-    image.Put(0x10, {0x34, 0x35});
-    image.Put(0x20, {0x12, 0x13});
-    image.Put(0x30, {0x01, 0x02});
-    Load(image);
-    PointerTable table{0x10, 0, 0x30, 0, 1, 0, -0x10000, 0};
-    EXPECT_EQ(Trelvane_GetPointer(1, &table, 1), 0x35 - 0x10000);  // the bank needs a high table
-    table.high = 0x20;
-    EXPECT_EQ(Trelvane_GetPointer(1, &table, 1), 0x021335 - 0x10000);
-}
-
-TEST_F(PointerTableTest, RecordsThatDescribeNothingReadNothing) {
+TEST_F(PointerTableTest, RecordsThatDescribeNothingReadNothingAndSplitPointersJoin) {
     // In an image of zeros every entry repeats the one before it.
     Load(GameImage(0x100, true));
     struct Case {
@@ -123,6 +111,17 @@ TEST_F(PointerTableTest, RecordsThatDescribeNothingReadNothing) {
     }
     EXPECT_EQ(Trelvane_GetPointer(1, &cases[2].table, 0), -1);
     EXPECT_EQ(Trelvane_GetPointer(1, nullptr, 0), -1);
+
+    // Split pointers join their bytes.
+    GameImage image(0x100, true);
+    image.Put(0x10, {0x34, 0x35});
+    image.Put(0x20, {0x12, 0x13});
+    image.Put(0x30, {0x01, 0x02});
+    Load(image);
+    PointerTable table{0x10, 0, 0x30, 0, 1, 0, -0x10000, 0};
+    EXPECT_EQ(Trelvane_GetPointer(1, &table, 1), 0x35 - 0x10000);  // the bank needs a high table
+    table.high = 0x20;
+    EXPECT_EQ(Trelvane_GetPointer(1, &table, 1), 0x021335 - 0x10000);
 }
 
 }  // namespace

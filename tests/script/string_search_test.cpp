@@ -30,7 +30,7 @@ protected:
     }
 };
 
-TEST_F(StringSearchTest, EveryMatchOfEachLayoutStaysInsideTheImage) {
+TEST_F(StringSearchTest, EveryMatchOfEachLayoutStaysInsideTheImageAndCursorsFollowTheBuffer) {
     const struct {
         Search search;
         std::vector<char> pattern;
@@ -52,19 +52,18 @@ TEST_F(StringSearchTest, EveryMatchOfEachLayoutStaysInsideTheImage) {
     };
     for (const auto& c : cases) EXPECT_EQ(All(c.search, c.pattern, c.length), c.found) << c.pattern.size();
     EXPECT_EQ(Trelvane_Locate(nullptr, 2), 0);
-    Trelvane_FreeROM(-1);
-    EXPECT_EQ(All(Trelvane_Locate, {0x41, 0x41}), std::vector<long>{});
-}
 
-TEST_F(StringSearchTest, CursorsFollowThePatternBufferAndOffsetZeroReadsAsTheEnd) {
+    // Cursors follow the pattern buffer; another buffer starts again, each
+    // search has its own cursor, and a match at offset 0 reads as the end.
     const char pattern[] = {0x41, 0x41}, copy[] = {0x41, 0x41}, ends[] = {char(0x99), char(0x98)};
     for (long expected : {28, 29, 30, 0, 0}) EXPECT_EQ(Trelvane_Locate(pattern, 2), expected);
-    // Another buffer starts again; each search has its own cursor.
     EXPECT_EQ(Trelvane_Locate(copy, 2), 28);
     EXPECT_EQ(Trelvane_LocateWide(copy, 2), 28);
     EXPECT_EQ(Trelvane_Locate(copy, 2), 29);
     EXPECT_EQ(Trelvane_Locate(ends, 2), 0);
     EXPECT_EQ(Trelvane_Locate(ends, 2), 62);
+    Trelvane_FreeROM(-1);
+    EXPECT_EQ(All(Trelvane_Locate, {0x41, 0x41}), std::vector<long>{});
 }
 
 }  // namespace
