@@ -4,8 +4,8 @@
 #include <cstdio>
 #include <string>
 
-#include "app/output_file.h"
 #include "app/sequence_support.h"
+#include "core/output_file.h"
 #include "script/pointer_width.h"
 
 namespace {

@@ -24,9 +24,3 @@ bool ReadFileBytes(const char* path, std::vector<unsigned char>& bytes) {
     return ok;
 }
 
-bool WriteFileBytes(const char* path, const unsigned char* bytes, size_t size) {
-    std::FILE* file = std::fopen(path, "wb");
-    if (!file) return false;
-    bool ok = std::fwrite(bytes, 1, size, file) == size;
-    return std::fclose(file) == 0 && ok;
-}

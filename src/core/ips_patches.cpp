@@ -7,6 +7,7 @@
 #include "core/file_view.h"
 #include "core/ips_format.h"
 #include "core/last_error.h"
+#include "core/output_file.h"
 #include "trelvane.h"
 
 #ifdef _WIN32
@@ -77,7 +78,7 @@ long Trelvane_CreateIPS(const char* ipsfile, const char* originalfile, const cha
             return SetError(TLERR_UNSUPPORTED, "", 0, 0, "Changes at or beyond 16 MiB in an IPS file");
         case IpsBuild::Built: break;
     }
-    if (!WriteFileBytes(ipsfile, patch.data(), patch.size())) return SetError(TLERR_FILE_NOCREATE, ipsfile, 0, 0);
+    if (!WriteOutputFile(ipsfile, patch.data(), patch.size())) return SetError(TLERR_FILE_NOCREATE, ipsfile, 0, 0);
     return 1;
 }
 

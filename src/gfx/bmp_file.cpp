@@ -8,6 +8,7 @@
 
 #include "core/file_bytes.h"
 #include "core/last_error.h"
+#include "core/output_file.h"
 #include "trelvane.h"
 
 namespace {
@@ -147,7 +148,7 @@ long Trelvane_WriteBMP(const char* file, const unsigned char* pixels, long width
     if (!FitsFileFields(width, height)) return RefuseSize(width, height);
     const size_t count = static_cast<size_t>(width) * static_cast<size_t>(height);
     const unsigned largest = count ? *std::max_element(pixels, pixels + count) : 0;
-    std::FILE* out = std::fopen(file, "wb");
+    std::FILE* out = CreateOutputFile(file);
     if (!out) return SetError(TLERR_FILE_NOCREATE, file, 0, 0);
     if (largest > kLargestPixelValue) {
         std::fclose(out);

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "core/last_error.h"
+#include "core/output_file.h"
 #include "table/font_set.h"
 #include "trelvane.h"
 
@@ -50,7 +51,7 @@ std::string FormatTable(const Font& font) {
 bool WriteTableFile(long id, const char* name) {
     const Font* font = FindFont(id, name);
     if (!font) return false;
-    std::FILE* file = std::fopen(name, "wb");
+    std::FILE* file = CreateOutputFile(name);
     if (!file) return SetError(TLERR_FILE_NOCREATE, name, 0, 0);
     std::string table = FormatTable(*font);
     bool written = std::fwrite(table.data(), 1, table.size(), file) == table.size();
