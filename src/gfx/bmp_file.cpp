@@ -8,6 +8,7 @@
 
 #include "core/file_bytes.h"
 #include "core/last_error.h"
+#include "core/little_endian.h"
 #include "core/output_file.h"
 #include "trelvane.h"
 
@@ -42,16 +43,6 @@ constexpr size_t kWidthAt = 18, kHeightAt = 22, kColoursUsedAt = 46;
 constexpr unsigned kColours = 16;
 constexpr long kLargestPixelValue = 15;
 
-void PutLe(unsigned char* at, uint32_t value, int size) {
-    for (int i = 0; i < size; ++i) at[i] = static_cast<unsigned char>(value >> (8 * i));
-}
-
-uint32_t GetLe(const unsigned char* at, int size) {
-    uint32_t value = 0;
-    for (int i = size - 1; i >= 0; --i) value = value << 8 | at[i];
-    return value;
-}
-
 uint64_t RowBytes(long width) { return static_cast<uint64_t>(width / 2); }
 
 // The palette that suits pixel values up to largestValue.
@@ -82,14 +73,14 @@ void WriteHeader(unsigned char* header, long width, long height) {
     std::fill(header, header + BMP_HEADER_SIZE, 0);
     header[0] = 'B';
     header[1] = 'M';
-    PutLe(header + 2, static_cast<uint32_t>(BMP_PIXEL_DATA_OFFSET + RowBytes(width) * height), 4);
-    PutLe(header + 10, BMP_PIXEL_DATA_OFFSET, 4);
-    PutLe(header + 14, 40, 4);
-    PutLe(header + kWidthAt, static_cast<uint32_t>(width), 4);
-    PutLe(header + kHeightAt, static_cast<uint32_t>(height), 4);
-    PutLe(header + 26, 1, 2);
-    PutLe(header + 28, 4, 2);
-    PutLe(header + kColoursUsedAt, kColours, 4);
+    WriteLittleEndian(header + 2, static_cast<uint32_t>(BMP_PIXEL_DATA_OFFSET + RowBytes(width) * height), 4);
+    WriteLittleEndian(header + 10, BMP_PIXEL_DATA_OFFSET, 4);
+    WriteLittleEndian(header + 14, 40, 4);
+    WriteLittleEndian(header + kWidthAt, static_cast<uint32_t>(width), 4);
+    WriteLittleEndian(header + kHeightAt, static_cast<uint32_t>(height), 4);
+    WriteLittleEndian(header + 26, 1, 2);
+    WriteLittleEndian(header + 28, 4, 2);
+    WriteLittleEndian(header + kColoursUsedAt, kColours, 4);
 }
 
 // Writes the pixel rows bottom row first, two pixels a byte, through a
@@ -129,10 +120,10 @@ void UnpackPixelRows(const unsigned char* packed, unsigned char* pixels, long wi
 bool CheckBitmap(const std::vector<unsigned char>& bytes, const char* file, int64_t& width, int64_t& height) {
     if (bytes.size() < BMP_HEADER_SIZE || bytes[0] != 'B' || bytes[1] != 'M')
         return SetError(TLERR_FILE_INVALID, file, 0, 0, "bitmap file");
-    if (GetLe(bytes.data() + kColoursUsedAt, 2) != kColours)
+    if (ReadLittleEndian(bytes.data() + kColoursUsedAt, 2) != kColours)
         return SetError(TLERR_UNSUPPORTED, "", 0, 0, "256 color bmp");
-    width = static_cast<int32_t>(GetLe(bytes.data() + kWidthAt, 4));
-    height = static_cast<int32_t>(GetLe(bytes.data() + kHeightAt, 4));
+    width = static_cast<int32_t>(ReadLittleEndian(bytes.data() + kWidthAt, 4));
+    height = static_cast<int32_t>(ReadLittleEndian(bytes.data() + kHeightAt, 4));
     if (!FitsPixelArray(width, height)) return RefuseSize(width, height);
     if (bytes.size() < BMP_PIXEL_DATA_OFFSET + RowBytes(static_cast<long>(width)) * height)
         return SetError(TLERR_FILE_INVALID, file, 0, 0, "bitmap file");

@@ -2,6 +2,7 @@
 #include <cstring>
 #include <initializer_list>
 
+#include "core/little_endian.h"
 #include "core/rom_slots.h"
 #include "script/pointer_table.h"
 #include "script/pointer_width.h"
@@ -59,11 +60,7 @@ void MeasureRun(long fontId, StringRun& run) {
     }
 }
 
-int64_t ReadValue(const unsigned char* at, int32_t size) {
-    int64_t value = 0;
-    for (int32_t i = size - 1; i >= 0; --i) value = value << 8 | at[i];
-    return value;
-}
+int64_t ReadValue(const unsigned char* at, int32_t size) { return ReadLittleEndian(at, size); }
 
 bool PassesFullTest(const StringRun& run, const unsigned char* at, int32_t size, const Rise& rise) {
     int64_t base = ReadValue(at, size) - run.offset[rise.phase];

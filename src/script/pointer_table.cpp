@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/little_endian.h"
 #include "core/rom_slots.h"
 #include "script/string_measure.h"
 
@@ -32,8 +33,7 @@ bool ReadPlainEntry(const PointerTable& table, int64_t entry, int64_t& value) {
     int32_t size = PlainSize(table);
     int64_t at = table.table + entry * size;
     if (!RomRangeInside(at, size)) return false;
-    value = 0;
-    for (int32_t i = size - 1; i >= 0; --i) value = value << 8 | CurrentRom.data[at + i];
+    value = ReadLittleEndian(CurrentRom.data + at, size);
     return true;
 }
 

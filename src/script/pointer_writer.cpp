@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "core/last_error.h"
+#include "core/little_endian.h"
 #include "core/rom_slots.h"
 #include "trelvane.h"
 
@@ -28,7 +29,7 @@ bool WritePointer(int64_t value) {
     PointerDestination& at = ThePointerDestination;
     if (at.size != POINTER_UNSET) {
         if (!Inside(at.table, at.size)) return RefusePointerAt(at.table);
-        for (int32_t i = 0; i < at.size; ++i) CurrentRom.data[at.table + i] = static_cast<unsigned char>(value >> 8 * i);
+        WriteLittleEndian(CurrentRom.data + at.table, static_cast<uint32_t>(value), at.size);
         at.table += at.size;
         return true;
     }
