@@ -11,6 +11,11 @@ int FailWithLastError() {
     return -1;
 }
 
+int FreeImageAndFail() {
+    Trelvane_FreeROM(-1);
+    return FailWithLastError();
+}
+
 void PrintMessageLine(int id) { std::printf("%s\n", Trelvane_GetString(id)); }
 
 long ParseNumberArgument(const char* text) {

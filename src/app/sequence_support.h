@@ -5,6 +5,9 @@
 // Prints the formatted last error and a line feed; returns the exit status -1.
 int FailWithLastError();
 
+// Frees the loaded image, then fails as FailWithLastError does.
+int FreeImageAndFail();
+
 // Prints catalogue message id followed by a line feed.
 void PrintMessageLine(int id);
 

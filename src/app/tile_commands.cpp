@@ -25,12 +25,6 @@ const char* TileFormatArgument(const CommandLine& line) {
     return line.argc >= 6 ? line.argv[5] : TileFormatForRomName(line.argv[1]);
 }
 
-// Frees the image and ends the run with the last error.
-int FreeAndFail() {
-    Trelvane_FreeROM(-1);
-    return FailWithLastError();
-}
-
 }  // namespace
 
 const char* TileFormatForRomName(const char* romName) {
@@ -50,7 +44,7 @@ int RunTilesInsert(const CommandLine& line) {
     if (!Trelvane_LoadROM(line.argv[1])) return FailWithLastError();
     if (!Trelvane_EncodeTiles(pixels, width, height, address, (width / 8) * (height / 8), format) ||
         !Trelvane_SaveROM(line.argv[1]))
-        return FreeAndFail();
+        return FreeImageAndFail();
     Trelvane_FreeROM(-1);
     Trelvane_SetStringFile(line.argv[4]);
     PrintMessageLine(TLMSG_TILES_SUCCESS);
@@ -64,7 +58,7 @@ int RunTilesDump(const CommandLine& line) {
     const long address = ParseNumberArgument(line.argv[3]);
     if (!Trelvane_DecodeTiles(pixels, kSheetSide, kSheetSide, address, format) ||
         !Trelvane_WriteBMP(line.argv[4], pixels, kSheetSide, kSheetSide))
-        return FreeAndFail();
+        return FreeImageAndFail();
     Trelvane_FreeROM(-1);
     return 0;
 }
