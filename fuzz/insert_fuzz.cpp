@@ -26,11 +26,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         if (!WriteInput(table, reinterpret_cast<const uint8_t*>(text.data()), text.size()) ||
             !WriteInput(rom, bytes.data(), bytes.size()) || !Trelvane_LoadROM(rom.c_str()))
             return false;
-        original.assign(CurrentRom.data, CurrentRom.data + CurrentRom.size);
+        original.assign(CurrentRom().data, CurrentRom().data + CurrentRom().size);
         return true;
     }();
     if (!ready || !WriteInput(script, data, size)) return 0;
-    std::memcpy(CurrentRom.data, original.data(), original.size());
+    std::memcpy(CurrentRom().data, original.data(), original.size());
     ThePointerDestination = PointerDestination();
     ResetFontSet();
     Trelvane_LoadFont(table.c_str());

@@ -10,9 +10,9 @@
 #include "core/text_compare.h"
 #include "trelvane.h"
 
-RomImage CurrentRom;
-
 namespace {
+
+RomImage currentImage;
 
 constexpr int MAX_ROMS = 1;
 
@@ -61,10 +61,10 @@ const RomFormat* FindFormat(const char* extension) {
 void MakeCurrent(long handle) {
     RomSlot& slot = slots[handle - 1];
     currentHandle = handle;
-    CurrentRom.data = slot.data.data();
-    CurrentRom.size = static_cast<int32_t>(slot.data.size());
-    CurrentRom.headerLength = slot.headerLength;
-    CurrentRom.type = slot.type;
+    currentImage.data = slot.data.data();
+    currentImage.size = static_cast<int32_t>(slot.data.size());
+    currentImage.headerLength = slot.headerLength;
+    currentImage.type = slot.type;
 }
 
 bool HoldsImage(long handle) { return handle >= 1 && handle <= slotsInUse && slots[handle - 1].loaded; }
@@ -73,23 +73,25 @@ bool HoldsImage(long handle) { return handle >= 1 && handle <= slotsInUse && slo
 // the checksum's own two, stored high byte first at 0x14E.
 void CorrectGameBoyChecksum() {
     constexpr int32_t kChecksumAt = 0x14E;
-    if (CurrentRom.size < kChecksumAt + 2) return;  // no cartridge header to correct
+    if (CurrentRom().size < kChecksumAt + 2) return;  // no cartridge header to correct
     uint32_t sum = 0;
-    for (int32_t i = 0; i < CurrentRom.size; ++i) sum += CurrentRom.data[i];
-    sum -= CurrentRom.data[kChecksumAt] + CurrentRom.data[kChecksumAt + 1];
-    CurrentRom.data[kChecksumAt] = static_cast<unsigned char>(sum >> 8);
-    CurrentRom.data[kChecksumAt + 1] = static_cast<unsigned char>(sum);
+    for (int32_t i = 0; i < CurrentRom().size; ++i) sum += CurrentRom().data[i];
+    sum -= CurrentRom().data[kChecksumAt] + CurrentRom().data[kChecksumAt + 1];
+    CurrentRom().data[kChecksumAt] = static_cast<unsigned char>(sum >> 8);
+    CurrentRom().data[kChecksumAt + 1] = static_cast<unsigned char>(sum);
 }
 
 }  // namespace
 
+const RomImage& CurrentRom() { return currentImage; }
+
 bool RequireCurrentRom() {
-    if (CurrentRom.type != 0) return true;
+    if (CurrentRom().type != 0) return true;
     return SetError(TLERR_ID_BAD, "", 0, 0, "ROM", "0");
 }
 
 bool RomRangeInside(int64_t offset, int64_t length) {
-    return offset >= 0 && length >= 0 && offset <= CurrentRom.size && length <= CurrentRom.size - offset;
+    return offset >= 0 && length >= 0 && offset <= CurrentRom().size && length <= CurrentRom().size - offset;
 }
 
 extern "C" {
@@ -125,11 +127,11 @@ long Trelvane_LoadROM(const char* path) {
 long Trelvane_SaveROM(const char* path) {
     if (!path) path = "";
     if (!RequireCurrentRom()) return 0;
-    if (CurrentRom.type == ROM_GB) CorrectGameBoyChecksum();
+    if (CurrentRom().type == ROM_GB) CorrectGameBoyChecksum();
     std::FILE* file = std::fopen(path, "r+b");
     if (!file) return SetError(TLERR_FILE_NOWRITE, path, 0, 0);
-    if (std::fseek(file, CurrentRom.headerLength, SEEK_SET) == 0)
-        std::fwrite(CurrentRom.data, 1, static_cast<size_t>(CurrentRom.size), file);
+    if (std::fseek(file, CurrentRom().headerLength, SEEK_SET) == 0)
+        std::fwrite(CurrentRom().data, 1, static_cast<size_t>(CurrentRom().size), file);
     std::fclose(file);
     return 1;
 }
@@ -139,7 +141,7 @@ void Trelvane_FreeROM(long handle) {
     if (!HoldsImage(handle)) return;
     RomSlot& slot = slots[handle - 1];
     if (handle == currentHandle) {
-        CurrentRom = RomImage();
+        currentImage = RomImage();
         currentHandle = 0;
     }
     slot.data = std::vector<unsigned char>();

@@ -12,7 +12,9 @@ struct RomImage {
     int32_t type = 0;
 };
 
-extern RomImage CurrentRom;
+// The current image, read-only: only loading, using and freeing a slot change
+// it. Its bytes stay writable through data.
+const RomImage& CurrentRom();
 
 // True when an image is current; otherwise reports TLERR_ID_BAD ("ROM", "0").
 bool RequireCurrentRom();

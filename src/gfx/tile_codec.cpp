@@ -33,8 +33,8 @@ void ForEachTileInImage(const TileFormat& format, Pixel* pixels, long width, lon
     int64_t offset = address;
     for (int64_t ty = 0; ty < rows; ++ty) {
         for (int64_t tx = 0; tx < columns; ++tx, offset += bytesPerTile) {
-            if (offset > CurrentRom.size) return;  // so does every later tile
-            if (RomRangeInside(offset, bytesPerTile)) convert(CurrentRom.data + offset, pixels + ty * 8 * width + tx * 8);
+            if (offset > CurrentRom().size) return;  // so does every later tile
+            if (RomRangeInside(offset, bytesPerTile)) convert(CurrentRom().data + offset, pixels + ty * 8 * width + tx * 8);
         }
     }
 }

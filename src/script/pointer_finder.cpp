@@ -95,8 +95,8 @@ void ScanSize(const StringRun& run, int32_t size, TableMatch& best) {
     if (riseCount == 0) return;
     unsigned char seen[65536 / 8] = {};
     for (int32_t i = 0; i < riseCount; ++i) seen[(rises[i].value & 0xFFFF) >> 3] |= 1 << (rises[i].value & 7);
-    const unsigned char* image = CurrentRom.data;
-    int64_t last = int64_t{CurrentRom.size} - kPointersTested * size;
+    const unsigned char* image = CurrentRom().data;
+    int64_t last = int64_t{CurrentRom().size} - kPointersTested * size;
     for (int64_t at = size == 1 ? 1 : 0; at <= last; ++at) {
         int64_t rise = ReadValue(image + at + size, size) - ReadValue(image + at, size);
         uint32_t key = static_cast<uint32_t>(rise) & 0xFFFF;

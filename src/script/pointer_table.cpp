@@ -10,7 +10,7 @@ namespace {
 
 bool ReadImageByte(int64_t offset, int64_t& byte) {
     if (!RomRangeInside(offset, 1)) return false;
-    byte = CurrentRom.data[offset];
+    byte = CurrentRom().data[offset];
     return true;
 }
 
@@ -33,7 +33,7 @@ bool ReadPlainEntry(const PointerTable& table, int64_t entry, int64_t& value) {
     int32_t size = PlainSize(table);
     int64_t at = table.table + entry * size;
     if (!RomRangeInside(at, size)) return false;
-    value = ReadLittleEndian(CurrentRom.data + at, size);
+    value = ReadLittleEndian(CurrentRom().data + at, size);
     return true;
 }
 

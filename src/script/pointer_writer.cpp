@@ -29,7 +29,7 @@ bool WritePointer(int64_t value) {
     PointerDestination& at = ThePointerDestination;
     if (at.size != POINTER_UNSET) {
         if (!Inside(at.table, at.size)) return RefusePointerAt(at.table);
-        WriteLittleEndian(CurrentRom.data + at.table, static_cast<uint32_t>(value), at.size);
+        WriteLittleEndian(CurrentRom().data + at.table, static_cast<uint32_t>(value), at.size);
         at.table += at.size;
         return true;
     }
@@ -37,8 +37,8 @@ bool WritePointer(int64_t value) {
     if (!Inside(at.table, 1)) return RefusePointerAt(at.table);
     if (high && !Inside(at.high, 1)) return RefusePointerAt(at.high);
     if (bank && !Inside(at.bank, 1)) return RefusePointerAt(at.bank);
-    CurrentRom.data[at.table++] = static_cast<unsigned char>(value);
-    if (high) CurrentRom.data[at.high++] = static_cast<unsigned char>(value >> 8);
-    if (bank) CurrentRom.data[at.bank++] = static_cast<unsigned char>(value >> 16);
+    CurrentRom().data[at.table++] = static_cast<unsigned char>(value);
+    if (high) CurrentRom().data[at.high++] = static_cast<unsigned char>(value >> 8);
+    if (bank) CurrentRom().data[at.bank++] = static_cast<unsigned char>(value >> 16);
     return true;
 }

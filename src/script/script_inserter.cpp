@@ -66,7 +66,7 @@ Insertion::Insertion(long fontId, SourceReader& reader, const ScriptHeader& head
     origin_ = textAddress - start_;
     end_ = start_;
     limit_ = header.limit == HEADER_VALUE_UNSET ? kDefaultLimit : header.limit;
-    room_ = RomRangeInside(textAddress, 0) ? CurrentRom.size - textAddress : 0;
+    room_ = RomRangeInside(textAddress, 0) ? CurrentRom().size - textAddress : 0;
     text_.reserve(kMaxStringText);
     group_.reserve(kMaxGroupBytes);
 }
@@ -149,7 +149,7 @@ void Insertion::PlaceGroup() {
     if (end_ + length - start_ > std::min(limit_, room_)) {
         overflow_ = true;
     } else if (!overflow_) {
-        std::memcpy(CurrentRom.data + origin_ + end_, group_.data(), group_.size());
+        std::memcpy(CurrentRom().data + origin_ + end_, group_.data(), group_.size());
         written_.Append(group_.data(), static_cast<int32_t>(length));
     }
     end_ += length;

@@ -5,8 +5,8 @@
 
 int32_t MeasureString(long fontId, int64_t offset) {
     if (!RomRangeInside(offset, 1)) return -1;
-    const unsigned char* image = CurrentRom.data;
-    if (!DecodeText(fontId, image + offset, image + CurrentRom.size)) return -1;
+    const unsigned char* image = CurrentRom().data;
+    if (!DecodeText(fontId, image + offset, image + CurrentRom().size)) return -1;
     return EncodedLength();
 }
 

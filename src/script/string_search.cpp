@@ -20,8 +20,8 @@ using MatchFinder = int32_t (*)(const unsigned char* pattern, int32_t length, in
 
 int32_t FindWideMatch(const unsigned char* pattern, int32_t length, int32_t from) {
     if (length < 2) return -1;
-    const unsigned char* image = CurrentRom.data;
-    int64_t last = int64_t{CurrentRom.size} - 2 * (int64_t{length} - 1);  // first start that does not fit
+    const unsigned char* image = CurrentRom().data;
+    int64_t last = int64_t{CurrentRom().size} - 2 * (int64_t{length} - 1);  // first start that does not fit
     for (int64_t p = from; p < last; ++p) {
         if (image[p] != pattern[0]) continue;
         int32_t i = 1;
@@ -33,8 +33,8 @@ int32_t FindWideMatch(const unsigned char* pattern, int32_t length, int32_t from
 
 int32_t FindRelativeMatch(const unsigned char* pattern, int32_t length, int32_t from) {
     if (length < 2) return -1;
-    const unsigned char* image = CurrentRom.data;
-    int64_t last = int64_t{CurrentRom.size} - (length - 1);
+    const unsigned char* image = CurrentRom().data;
+    int64_t last = int64_t{CurrentRom().size} - (length - 1);
     int rise = pattern[1] - pattern[0];
     for (int64_t p = from; p < last; ++p) {
         if (image[p + 1] - image[p] != rise) continue;
@@ -52,10 +52,10 @@ long NextMatch(SearchCursor& cursor, const char* pattern, long length, MatchFind
         cursor.pattern = pattern;
         cursor.next = 0;
     }
-    if (!pattern || length <= 0 || length > INT32_MAX || cursor.next >= CurrentRom.size) return 0;
+    if (!pattern || length <= 0 || length > INT32_MAX || cursor.next >= CurrentRom().size) return 0;
     int32_t found = find(reinterpret_cast<const unsigned char*>(pattern), static_cast<int32_t>(length), cursor.next);
     if (found < 0) {
-        cursor.next = CurrentRom.size;
+        cursor.next = CurrentRom().size;
         return 0;
     }
     cursor.next = found + 1;
@@ -65,9 +65,9 @@ long NextMatch(SearchCursor& cursor, const char* pattern, long length, MatchFind
 }  // namespace
 
 int32_t FindPlainMatch(const unsigned char* pattern, int32_t length, int32_t from) {
-    if (length <= 0 || from < 0 || length > CurrentRom.size) return -1;
-    const unsigned char* image = CurrentRom.data;
-    const unsigned char* last = image + (CurrentRom.size - length);  // last start that fits
+    if (length <= 0 || from < 0 || length > CurrentRom().size) return -1;
+    const unsigned char* image = CurrentRom().data;
+    const unsigned char* last = image + (CurrentRom().size - length);  // last start that fits
     for (const unsigned char* p = image + from; p <= last; ++p) {
         p = static_cast<const unsigned char*>(std::memchr(p, pattern[0], static_cast<size_t>(last - p) + 1));
         if (!p) return -1;

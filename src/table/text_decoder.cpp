@@ -200,11 +200,11 @@ const char* DecodeText(long fontId, const unsigned char* first, const unsigned c
 extern "C" char* Trelvane_Decode(long id, long address, long* length) {
     if (length) *length = 0;
     if (!RequireCurrentRom()) return nullptr;
-    if (address < 0 || address >= CurrentRom.size) {
+    if (address < 0 || address >= CurrentRom().size) {
         SetError(TLERR_ID_BAD, "", 0, 0, "address", std::to_string(address).c_str());
         return nullptr;
     }
-    const char* text = DecodeText(id, CurrentRom.data + address, CurrentRom.data + CurrentRom.size);
+    const char* text = DecodeText(id, CurrentRom().data + address, CurrentRom().data + CurrentRom().size);
     if (text && length) *length = EncodedLength();
     return const_cast<char*>(text);
 }

@@ -34,11 +34,11 @@ TEST_F(RomSlotsTest, LoadDropsTheHeaderFixedByTheExtension) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         ASSERT_EQ(Load(c.name, c.header + 64), 1);
-        EXPECT_EQ(CurrentRom.headerLength, c.header);
-        EXPECT_EQ(CurrentRom.type, c.type);
+        EXPECT_EQ(CurrentRom().headerLength, c.header);
+        EXPECT_EQ(CurrentRom().type, c.type);
         Bytes image = Sequence(c.header + 64);
         image.erase(image.begin(), image.begin() + c.header);
-        EXPECT_EQ(Bytes(CurrentRom.data, CurrentRom.data + CurrentRom.size), image);
+        EXPECT_EQ(Bytes(CurrentRom().data, CurrentRom().data + CurrentRom().size), image);
         Trelvane_FreeROM(-1);
     }
 }
@@ -72,7 +72,7 @@ TEST_F(RomSlotsTest, OneSlotAndItsHandle) {
         EXPECT_EQ(LastError().data[0] + LastError().data[1], "ROM" + std::to_string(bad));
     }
     Trelvane_FreeROM(-1);
-    EXPECT_EQ(CurrentRom.data, nullptr);
+    EXPECT_EQ(CurrentRom().data, nullptr);
     EXPECT_FALSE(RequireCurrentRom());
     EXPECT_EQ(Trelvane_UseROM(1), 0);
     EXPECT_EQ(Load("a.gb", 32), 1);
@@ -80,7 +80,7 @@ TEST_F(RomSlotsTest, OneSlotAndItsHandle) {
 
 TEST_F(RomSlotsTest, SaveKeepsTheFilesHeaderAndTail) {
     ASSERT_EQ(Load("a.smc", 512 + 32), 1);
-    CurrentRom.data[0] = 0xEE;
+    CurrentRom().data[0] = 0xEE;
     Bytes other(512, 0x55), tail = Sequence(512 + 40);
     other.insert(other.end(), tail.begin() + 512, tail.end());
     WriteFile(dir / "b.smc", other);

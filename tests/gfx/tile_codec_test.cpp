@@ -21,7 +21,7 @@ protected:
         WriteFile(dir / "image.gb", bytes);
         ASSERT_EQ(Trelvane_LoadROM((dir / "image.gb").c_str()), 1);
     }
-    Bytes Image() const { return Bytes(CurrentRom.data, CurrentRom.data + CurrentRom.size); }
+    Bytes Image() const { return Bytes(CurrentRom().data, CurrentRom().data + CurrentRom().size); }
     TempDir dir;
 };
 
@@ -46,7 +46,7 @@ TEST_F(TileCodecTest, EachFormatDecodesAndEncodesItsBitPlanes) {
         ASSERT_EQ(Trelvane_DecodeTiles(pixels.data(), 8, 8, 4, c.format), -1);
         EXPECT_EQ(pixels, expected);
         // Every stored bit is rewritten; value bits above the format's depth are not stored.
-        std::fill(CurrentRom.data + 4, CurrentRom.data + CurrentRom.size, 0xFF);
+        std::fill(CurrentRom().data + 4, CurrentRom().data + CurrentRom().size, 0xFF);
         const int depthBit = 1 << FindTileFormat(c.format)->planeCount;
         for (unsigned char& pixel : pixels) pixel = static_cast<unsigned char>(pixel + depthBit);
         ASSERT_EQ(Trelvane_EncodeTiles(pixels.data(), 8, 8, 4, 1, c.format), -1);

@@ -35,9 +35,9 @@ protected:
 
     // True when the image holds zeros but for the given runs.
     static bool OnlyChanged(const std::vector<std::pair<size_t, Bytes>>& runs) {
-        Bytes expected(static_cast<size_t>(CurrentRom.size), 0);
+        Bytes expected(static_cast<size_t>(CurrentRom().size), 0);
         for (const auto& [at, bytes] : runs) std::copy(bytes.begin(), bytes.end(), expected.begin() + at);
-        return Bytes(CurrentRom.data, CurrentRom.data + CurrentRom.size) == expected;
+        return Bytes(CurrentRom().data, CurrentRom().data + CurrentRom().size) == expected;
     }
 };
 
@@ -128,7 +128,7 @@ TEST_F(ScriptInserterTest, WritesEachGroupAndItsPointers) {
     // A script without pointer commands goes on where the last one ended.
     WriteFile(dir / "next.txt", "textaddress 10000h firstpointer 10000h\n[0000]\nC\n");
     EXPECT_EQ(Trelvane_InsertFromFile(1, (dir / "next.txt").c_str()), 1);
-    EXPECT_EQ(Bytes(CurrentRom.data + 0x300, CurrentRom.data + 0x303), (Bytes{0x01, 0x01, 0x01}));
+    EXPECT_EQ(Bytes(CurrentRom().data + 0x300, CurrentRom().data + 0x303), (Bytes{0x01, 0x01, 0x01}));
 }
 
 TEST(WrittenTextTest, FindsTheFirstPlaceWhollyInsideTheText) {
