@@ -94,12 +94,16 @@ int ModeForTarget(const std::string& target) {
     return static_cast<int>(status.st_mode & 07777);
 }
 
-// Creates a fresh file beside target and names it in temporary.
+// Creates a fresh file in target's folder and names it in temporary. The
+// name is short, so that a target whose own name is as long as a name may
+// be still gets one.
 int CreateTemporaryBeside(const std::string& target, std::string& temporary) {
     static unsigned serial = 0;
     constexpr int kAttempts = 64;
+    const std::filesystem::path folder = std::filesystem::path(target).parent_path();
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
-        temporary = target + ".~" + std::to_string(ProcessId()) + "-" + std::to_string(serial++);
+        std::string name = ".trelvane-" + std::to_string(ProcessId()) + "-" + std::to_string(serial++) + ".tmp";
+        temporary = (folder / name).string();
         int file = CreateExclusive(temporary.c_str());
         if (file >= 0 || errno != EEXIST) return file;
     }
