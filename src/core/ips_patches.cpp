@@ -1,6 +1,6 @@
 // Creating and applying IPS patch files. Both work on files on disk: the
 // inputs are mapped rather than copied, the patch is written in one go, and
-// a patch is checked whole before its target file is opened.
+// a patch is checked whole before its target file is read.
 #include <vector>
 
 #include "core/file_bytes.h"
@@ -10,51 +10,17 @@
 #include "core/output_file.h"
 #include "trelvane.h"
 
-#ifdef _WIN32
-#include <cstdio>
-#else
-#include <fcntl.h>
-#include <sys/mman.h>
-#include <sys/stat.h>
-#include <unistd.h>
-#endif
-
 namespace {
 
-#ifdef _WIN32
+// Applies the records to the existing file at path: it is read whole, patched
+// in memory (lengthened or cut as the records say) and written back.
 bool WriteRecordsToFile(const char* path, const std::vector<IpsRecord>& records) {
-    std::FILE* file = std::fopen(path, "r+b");
-    if (!file) return false;
-    for (const IpsRecord& record : records)
-        if (std::fseek(file, static_cast<long>(record.offset), SEEK_SET) == 0)
-            std::fwrite(record.data, 1, record.size, file);
-    return std::fclose(file) == 0;
+    std::vector<unsigned char> bytes;
+    if (!ReadFileBytes(path, bytes)) return false;
+    bytes.resize(IpsPatchedLength(records, bytes.size()));
+    CopyIpsRecords(records, bytes.data());
+    return WriteOutputFile(path, bytes.data(), bytes.size());
 }
-#else
-// Writes through a shared mapping of the file, grown first to the length the
-// records need; a file that cannot be mapped gets one write per record.
-bool WriteRecordsIntoOpenFile(int fd, const std::vector<IpsRecord>& records) {
-    struct stat info;
-    if (fstat(fd, &info) != 0 || !S_ISREG(info.st_mode)) return false;
-    uint64_t length = IpsPatchedLength(records, static_cast<uint64_t>(info.st_size));
-    if (length > static_cast<uint64_t>(info.st_size) && ftruncate(fd, static_cast<off_t>(length)) != 0) return false;
-    void* mapping = length > 0 ? mmap(nullptr, length, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0) : MAP_FAILED;
-    if (mapping != MAP_FAILED) {
-        CopyIpsRecords(records, static_cast<unsigned char*>(mapping));
-        return munmap(mapping, length) == 0;
-    }
-    for (const IpsRecord& record : records)
-        if (pwrite(fd, record.data, record.size, record.offset) != static_cast<ssize_t>(record.size)) return false;
-    return true;
-}
-
-bool WriteRecordsToFile(const char* path, const std::vector<IpsRecord>& records) {
-    int fd = open(path, O_RDWR | O_CLOEXEC);
-    if (fd < 0) return false;
-    bool written = WriteRecordsIntoOpenFile(fd, records);
-    return close(fd) == 0 && written;
-}
-#endif
 
 }  // namespace
 
