@@ -1,6 +1,6 @@
 // Creating and applying IPS patch files. Both work on files on disk: the
 // inputs are mapped rather than copied, the patch is written in one go, and
-// a patch is checked whole before its target file is read.
+// a patch is checked whole before its target file is opened.
 #include <vector>
 
 #include "core/file_bytes.h"
@@ -10,17 +10,59 @@
 #include "core/output_file.h"
 #include "trelvane.h"
 
+#ifndef _WIN32
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
 namespace {
 
-// Applies the records to the existing file at path: it is read whole, patched
-// in memory (lengthened or cut as the records say) and written back.
-bool WriteRecordsToFile(const char* path, const std::vector<IpsRecord>& records) {
+// Applies the records by reading the whole file, patching it in memory and
+// writing it back: for files that cannot be mapped.
+bool RewriteWithRecords(const char* path, const std::vector<IpsRecord>& records) {
     std::vector<unsigned char> bytes;
     if (!ReadFileBytes(path, bytes)) return false;
     bytes.resize(IpsPatchedLength(records, bytes.size()));
     CopyIpsRecords(records, bytes.data());
     return WriteOutputFile(path, bytes.data(), bytes.size());
 }
+
+#ifdef _WIN32
+bool WriteRecordsToFile(const char* path, const std::vector<IpsRecord>& records) {
+    return RewriteWithRecords(path, records);
+}
+#else
+enum class MappedWrite { Written, Failed, NotMappable };
+
+// Writes through a shared mapping of the file, grown first to the length the
+// records need and cut afterwards to the length they leave it.
+MappedWrite WriteRecordsIntoOpenFile(int fd, const std::vector<IpsRecord>& records) {
+    struct stat info;
+    if (fstat(fd, &info) != 0 || !S_ISREG(info.st_mode)) return MappedWrite::Failed;
+    const auto current = static_cast<uint64_t>(info.st_size);
+    const uint64_t length = IpsPatchedLength(records, current);
+    if (length > current && ftruncate(fd, static_cast<off_t>(length)) != 0) return MappedWrite::Failed;
+    if (length > 0) {
+        void* mapping = mmap(nullptr, length, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
+        if (mapping == MAP_FAILED) return MappedWrite::NotMappable;
+        CopyIpsRecords(records, static_cast<unsigned char*>(mapping));
+        if (munmap(mapping, length) != 0) return MappedWrite::Failed;
+    }
+    if (length < current && ftruncate(fd, static_cast<off_t>(length)) != 0) return MappedWrite::Failed;
+    return MappedWrite::Written;
+}
+
+bool WriteRecordsToFile(const char* path, const std::vector<IpsRecord>& records) {
+    int fd = open(path, O_RDWR | O_CLOEXEC);
+    if (fd < 0) return false;
+    MappedWrite written = WriteRecordsIntoOpenFile(fd, records);
+    if (close(fd) != 0) return false;
+    if (written == MappedWrite::NotMappable) return RewriteWithRecords(path, records);
+    return written == MappedWrite::Written;
+}
+#endif
 
 }  // namespace
 
