@@ -1,12 +1,13 @@
 #include "app/command_sequences.h"
 #include "app/sequence_support.h"
+#include "core/path_names.h"
 #include "core/text_compare.h"
 #include "trelvane.h"
 
 namespace {
 
 bool IsIpsFile(const char* path) {
-    const char* dot = ExtensionDot(path);
+    const char* dot = LastDotOfBaseName(path);
     return dot && SameTextIgnoringCase(dot + 1, "ips");
 }
 

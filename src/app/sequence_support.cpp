@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "core/path_names.h"
 #include "trelvane.h"
 
 int FailWithLastError() {
@@ -25,13 +26,7 @@ long ParseNumberArgument(const char* text) {
     return std::strtol(text, nullptr, 10);
 }
 
-const char* ExtensionDot(const char* path) {
-    const char* dot = std::strrchr(path, '.');
-    if (!dot || std::strpbrk(dot, "/\\")) return nullptr;
-    return dot;
-}
-
 std::string IpsNameForRom(const char* rom) {
-    const char* dot = ExtensionDot(rom);
+    const char* dot = LastDotOfBaseName(rom);
     return (dot ? std::string(rom, dot) : std::string(rom)) + ".ips";
 }

@@ -17,10 +17,6 @@ void PrintMessageLine(int id);
 // hexadecimal, anything else as a decimal number up to its first non-digit.
 long ParseNumberArgument(const char* text);
 
-// The last "." of path's file name (none when a "/" or "\" follows the last
-// "."), or null: the extension starts behind it.
-const char* ExtensionDot(const char* path);
-
 // The patch name the i command derives from the ROM's: its extension
 // replaced by ".ips", or ".ips" appended when it has none.
 std::string IpsNameForRom(const char* rom);
