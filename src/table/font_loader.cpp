@@ -1,7 +1,9 @@
-// Loading a character table: the file name's extension picks the reader.
+// Loading a character table: the file name's extension picks the reader, and
+// a load that fails leaves no entry and no text behind.
 #include <cstring>
 
 #include "core/text_compare.h"
+#include "table/font_set.h"
 #include "table/table_reader.h"
 #include "table/thingy_reader.h"
 #include "trelvane.h"
@@ -20,5 +22,8 @@ bool IsThingyName(const char* name) {
 
 extern "C" long Trelvane_LoadFont(const char* file) {
     if (!file) file = "";
-    return IsThingyName(file) ? ReadThingyTable(file) : ReadTableFile(file);
+    const int poolEnd = TheFontSet.poolEnd;
+    long id = IsThingyName(file) ? ReadThingyTable(file) : ReadTableFile(file);
+    if (!id) DiscardFailedLoad(poolEnd);
+    return id;
 }

@@ -113,4 +113,11 @@ long CompleteLoad(const char* file, int slots) {
     return first + 1;
 }
 
+void DiscardFailedLoad(int poolEnd) {
+    static const Font empty;
+    for (int slot = TheFontSet.fontCount; slot < MAX_FONTS; ++slot) TheFontSet.fonts[slot] = empty;
+    std::memset(TheFontSet.pool + poolEnd, 0, static_cast<size_t>(TheFontSet.poolEnd - poolEnd));
+    TheFontSet.poolEnd = poolEnd;
+}
+
 int32_t EncodedLength() { return TheFontSet.lastLength; }

@@ -130,9 +130,8 @@ TEST_F(TableFileTest, MissingFilesTheReaderChoiceAndAThirdFont) {
                                                           "'\nloadFile failed on '" + (dir / "d.tbl/plain") + "'\n");
     EXPECT_EQ(LastError().code, TLERR_NONE);
     EXPECT_EQ(LoadTable("a.tbl", "41=A\n*FE\n"), 0);
-    // The failed load left its entries in the slot; the next load adds to them.
     EXPECT_EQ(LoadTable("UPPER.TBL", "/FF\n"), 1);
-    EXPECT_EQ(Decode({0x41, 0xFF}), "A");
+    EXPECT_EQ(Decode({0x41, 0xFF}), "[41]");
     WriteFile(dir / "plain.txt", std::string("[41] \"A\" [FF] terminal"));
     EXPECT_EQ(Trelvane_LoadFont((dir / "plain").c_str()), 2);
     EXPECT_EQ(LoadTable("b.tbl", "/FF\n"), 0);
@@ -156,6 +155,36 @@ TEST_F(TableFileTest, TwoByteCodesAndThePoolStopAtTheirLimits) {
         table += std::to_string(10 + code % 90) + "=" + std::string(200, 'a' + code % 26) + std::to_string(code) + "\n";
     EXPECT_EQ(LoadTable("big.tbl", table), 0);
     EXPECT_EQ(LastErrorSummary(), "-300||0,0|More than 32768 bytes of table text|");
+}
+
+// A refused load takes back what it stored: the next load into the same slot sees none of its
+// entries, flags, two-byte codes or rule, and its texts no longer hold room in the pool.
+TEST_F(TableFileTest, AFailedLoadLeavesNothingBehind) {
+    ASSERT_EQ(LoadTable("kept.tbl", "/FF\n01=" + std::string(20000, 'k') + "\n"), 1);
+    const int poolEnd = TheFontSet.poolEnd;
+    const std::string failedText(10000, 'f'), laterText(10000, 'l');
+    const struct {
+        const char *name, *table;
+    } failures[] = {
+        {"bad.txt", "[41] \"A\" [42] \"@\" [FE] newline [8140] \"X\" fontrule = 1, romanji [43] ? [FF] terminal"},
+        {"bad.txt", "[41] \"A\" [42] \"@\" [FE] newline [8140] \"X\" fontrule = 1, romanji"},
+        {"bad.tbl", "41=A\n$42=1\n*FE\n8140=X\n43 C\n/FF\n"},
+        {"bad.tbl", "41=A\n$42=1\n*FE\n8140=X\n"},
+    };
+    for (const auto& failure : failures) {
+        SCOPED_TRACE(failure.table);
+        const bool thingy = EndsWith(failure.name, ".tbl");
+        const std::string longEntry = thingy ? "44=" + failedText + "\n" : "[44] \"" + failedText + "\"\n";
+        EXPECT_EQ(LoadTable(failure.name, longEntry + failure.table), 0);
+        EXPECT_EQ(TheFontSet.poolEnd, poolEnd);
+        ASSERT_EQ(LoadTable("later.tbl", "45=" + laterText + "\n/FF\n"), 2);
+        EXPECT_EQ(Decode({0x41, 0x42, 0x07, 0xFE, 0x81, 0x40, 0x44, 0xFF}, 2), "[41][42][07][FE][81][40][44]");
+        EXPECT_TRUE(TheFontSet.fonts[1].texts[0x45] == laterText);
+        EXPECT_EQ(TheFontSet.fonts[1].rule, 0);
+        // Taking the later font out again leaves the pool as the first font left it.
+        TheFontSet.fontCount = 1;
+        DiscardFailedLoad(poolEnd);
+    }
 }
 
 }  // namespace
