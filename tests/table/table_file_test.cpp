@@ -4,6 +4,8 @@
 
 namespace {
 
+using namespace std::string_literals;
+
 using TableFileTest = FontTest;
 
 // Saving refuses unknown fonts and uncreatable files; the written layout reads back byte for byte,
@@ -70,7 +72,8 @@ TEST_F(TableFileTest, LoadedTablesDecode) {
 // A refused load returns 0; a warning keeps the load going. "%" stands for the table's path.
 TEST_F(TableFileTest, RefusalsAndWarningsNameLineAndColumn) {
     const struct {
-        const char *name, *table;
+        const char* name;
+        std::string table;
         long font;
         std::string error;
     } cases[] = {
@@ -89,6 +92,16 @@ TEST_F(TableFileTest, RefusalsAndWarningsNameLineAndColumn) {
         {"old.txt", "[41] \"A\"\n  Base 8000h \"ignored\"\n[FF] terminal\n", 1, "-303|old.txt|2,3|Base|"},
         // A character no pattern accepts reports the column just before it, as every reader does.
         {"bad.txt", "[FF] terminal\n[41] # \"A\"\n", 0, "-302|bad.txt|2,5|#|"},
+        {"rule.txt", "[41] \"A\"\nfontrule = 4294967297, romanji\n[FF] terminal", 1,
+         "-250|rule.txt|2,12|1 or 2|4294967297"},
+        // A zero byte is refused at its own place; in a comment it does no harm.
+        {"bad.txt", "[41] \"A\"\0 [FF] terminal"s, 0, "-302|bad.txt|1,9|\\0|"},
+        {"bad.txt", "[41] \"A\0\" [FF] terminal"s, 0, "-302|bad.txt|1,8|\\0|"},
+        {"bad.tbl", "41=A\n42=B\0C\n/FF\n"s, 0, "-250|%|2,5|text|\\0"},
+        {"bad.tbl", "41=A\n\0"s "42=B\n/FF\n", 0, "-250|%|2,1|code|\\0"},
+        {"bad.tbl", "4\0=A\n/FF\n"s, 0, "-250|%|1,2|=|\\0"},
+        {"note.txt", "; \0\n[41] \"A\" [FF] terminal ; \0"s, 1, "0||0,0||"},
+        {"note.tbl", "# \0\n41=A\n$42=1 \0\n/FF\n"s, 1, "0||0,0||"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.table);
