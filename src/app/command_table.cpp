@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "core/text_compare.h"
+#include "text/hex_digit.h"
 #include "trelvane.h"
 
 namespace {
@@ -51,8 +52,6 @@ constexpr ParameterRule kParameterRules[] = {
 };
 
 constexpr const char* kTileFormatNames[] = {"SNES1", "SNES2", "SNES", "NES1", "NES", "GB1", "GB"};
-
-bool IsHexDigit(char c) { return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); }
 
 bool IsFileNameCharacter(char c) {
     static constexpr const char* kAllowedMarks = "[\\]^_`-./&'()+!?#";
@@ -102,7 +101,7 @@ int FontIdOf(const char* commandArgument) {
 }
 
 bool IsNumberArgument(const char* text) {
-    while (IsHexDigit(*text)) ++text;
+    while (HexDigitValue(*text) >= 0) ++text;
     if (*text == 'h' || *text == 'H') ++text;
     return *text == '\0';
 }

@@ -5,6 +5,7 @@
 #include "core/last_error.h"
 #include "core/text_compare.h"
 #include "table/font_set.h"
+#include "text/hex_digit.h"
 #include "trelvane.h"
 
 namespace {
@@ -16,12 +17,7 @@ struct Match {
     unsigned char parameters[2] = {};
 };
 
-int HexValueOrZero(char c) {
-    if (c >= '0' && c <= '9') return c - '0';
-    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-    return 0;
-}
+int HexValueOrZero(char c) { return HexDigitValue(c) < 0 ? 0 : HexDigitValue(c); }
 
 // Two characters read as one byte; false when the text ends before them.
 bool ReadHexByte(const char*& at, unsigned char& byte) {

@@ -7,19 +7,13 @@
 #include "core/file_bytes.h"
 #include "core/last_error.h"
 #include "table/font_set.h"
+#include "text/hex_digit.h"
 #include "text/source_reader.h"
 #include "trelvane.h"
 
 namespace {
 
 constexpr int kEnd = -1;
-
-int HexDigitValue(int c) {
-    if (c >= '0' && c <= '9') return c - '0';
-    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-    return -1;
-}
 
 bool IsLineEnd(int c) { return c == '\r' || c == '\n'; }
 

@@ -8,6 +8,7 @@
 #include <new>
 
 #include "core/file_bytes.h"
+#include "text/hex_digit.h"
 
 namespace {
 
@@ -100,13 +101,6 @@ void MatchZeroByte(SourceFrame& frame, int32_t scanned) {
     frame.matchLine = frame.line;
     frame.matchText = ZERO_BYTE_SHOWN;
     frame.matchColumn = frame.column + static_cast<int32_t>(frame.matchText.size());
-}
-
-int HexDigitValue(char c) {
-    if (c >= '0' && c <= '9') return c - '0';
-    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-    return -1;
 }
 
 // Holds the result of Substring until the next call.
