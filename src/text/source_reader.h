@@ -68,6 +68,7 @@ public:
     char CurrentChar() const;
     // Consumes the current character and returns it. A line feed starts the next line; a
     // carriage return is skipped together with the character after it (CR LF is one line end).
+    // At the end of the text nothing moves and zero comes back; a zero byte before it is passed.
     char Advance();
     // Looks ahead without moving: records the longest accepted text at the current position
     // in the top frame's match fields and returns its kind, TOKEN_UNKNOWN or TOKEN_END.
