@@ -6,16 +6,10 @@
 #include <cstring>
 #include <string>
 
-#include "font_file_fuzzing.h"
+#include "scratch_files.h"
 #include "trelvane.h"
 
 namespace {
-
-int32_t ReadInt(const uint8_t* data, size_t size, size_t at) {
-    uint32_t value = 0;
-    for (size_t i = 0; i < 4 && at + i < size; ++i) value |= uint32_t{data[at + i]} << (8 * i);
-    return static_cast<int32_t>(value);
-}
 
 void ReadThroughTable(PointerTable& table) {
     Trelvane_AdjustPointerTable(1, &table);
@@ -35,14 +29,13 @@ void SearchAll(const uint8_t* data, size_t size) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     static const std::string table = ScratchName("-game.tbl");
-    static const std::string image = ScratchName("-image.gb");
     static bool ready = [] {
         std::string text = "/FF\n*FE\n";
         for (int code = 0x20; code < 0x7F; ++code) text += std::to_string(code / 16) + "0123456789ABCDEF"[code % 16] + "=x\n";
         return WriteInput(table, reinterpret_cast<const uint8_t*>(text.data()), text.size()) &&
                Trelvane_LoadFont(table.c_str()) == 1;
     }();
-    if (!ready || !WriteInput(image, data, size) || !Trelvane_LoadROM(image.c_str())) return 0;
+    if (!ready || !LoadScratchImage(data, size)) return 0;
     int32_t start = size ? ReadInt(data, size, 0) % static_cast<int32_t>(size) : 0;
     if (PointerTable* found = Trelvane_FindPointerTable(1, start < 0 ? -start : start)) {
         ReadThroughTable(*found);

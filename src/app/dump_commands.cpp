@@ -1,3 +1,4 @@
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -28,12 +29,15 @@ DumpRequest MakeRequest(const CommandLine& line, const PointerTable* table, long
     return DumpRequest{line.fontId, table, count, ParseNumberArgument(line.argv[5]), line.argv[3], line.argv[4]};
 }
 
-// A pointer table given by hand must have a size of 1 to 4 bytes and at least
-// one string per pointer; anything else is refused as not supported.
-bool CheckTableShape(long size, long frequency) {
-    if (size >= 1 && size <= 4 && frequency >= 1) return true;
-    std::string what = size < 1 || size > 4 ? "Pointer size " + std::to_string(size)
-                                             : "Pointer frequency " + std::to_string(frequency);
+// A pointer table given by hand must lie at an offset, and have a size of 1 to
+// 4 bytes and a number of strings per pointer, that the 32-bit fields of the
+// record hold: anything else is refused as not supported, never cut down.
+bool CheckTableShape(long table, long size, long frequency) {
+    std::string what;
+    if (table < INT32_MIN || table > INT32_MAX) what = "Pointer table " + std::to_string(table);
+    else if (size < 1 || size > 4) what = "Pointer size " + std::to_string(size);
+    else if (frequency < 1 || frequency > INT32_MAX) what = "Pointer frequency " + std::to_string(frequency);
+    else return true;
     Trelvane_SetStringData(0, what.c_str());
     PrintMessageLine(TLERR_UNSUPPORTED);
     return false;
@@ -58,12 +62,13 @@ int RunScriptDump(const CommandLine& line) {
 }
 
 int RunPointerDump(const CommandLine& line) {
+    long offset = ParseNumberArgument(line.argv[5]);
     long size = ParseNumberArgument(line.argv[6]);
     long frequency = ParseNumberArgument(line.argv[7]);
-    if (!CheckTableShape(size, frequency)) return -1;
+    if (!CheckTableShape(offset, size, frequency)) return -1;
     if (!LoadImageAndTable(line)) return FailWithLastError();
     PointerTable table{};
-    table.table = static_cast<int>(ParseNumberArgument(line.argv[5]));
+    table.table = static_cast<int>(offset);
     table.size = static_cast<int>(size);
     table.frequency = static_cast<int>(frequency);
     long count = CountArgument(line, 8);

@@ -114,10 +114,15 @@ void AppendEntries(std::string& out, const DumpRequest& request) {
 
 }  // namespace
 
-int DumpScript(const DumpRequest& request) {
+std::string FormatScriptDump(const DumpRequest& request) {
     std::string out = std::string("load \"") + request.tableFile + "\"\r\n";
     if (request.table && request.count > 0) AppendHeader(out, request);
     AppendEntries(out, request);
+    return out;
+}
+
+int DumpScript(const DumpRequest& request) {
+    const std::string out = FormatScriptDump(request);
     bool written = WriteOutputFile(request.dumpFile, out.data(), out.size());
     Trelvane_FreeROM(-1);
     if (written) return 0;

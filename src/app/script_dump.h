@@ -2,6 +2,8 @@
 // command reads back.
 #pragma once
 
+#include <string>
+
 #include "trelvane.h"
 
 struct DumpRequest {
@@ -12,6 +14,9 @@ struct DumpRequest {
     const char* tableFile;      // as the command line names it
     const char* dumpFile;
 };
+
+// The text of the dump file: the header lines, then one entry per string.
+std::string FormatScriptDump(const DumpRequest& request);
 
 // Writes the dump file, frees the image and returns the exit status: 0, or -1
 // after printing why the file could not be created.

@@ -14,28 +14,41 @@ constexpr int32_t kMaxPointerSize = 4;
 
 bool IsNumber(int32_t kind) { return kind == HEADER_TOKEN_HEX || kind == HEADER_TOKEN_DECIMAL; }
 
-int32_t NumberValue(const SourceReader& reader) {
-    return reader.TokenKind() == HEADER_TOKEN_HEX ? ParseHex(reader.TokenText()) : ParseDecimal(reader.TokenText());
+// Reports that the current token is not what was expected.
+bool ExpectedHere(const SourceReader& reader, const std::string& expected) {
+    return SetError(TLERR_EXPECTED, reader.FileName(), reader.TokenLine(), reader.TokenColumn(), expected.c_str(),
+                    reader.TokenText());
 }
 
-// Reports that the current token is not what was expected.
-bool ExpectedHere(const SourceReader& reader, const char* expected) {
-    return SetError(TLERR_EXPECTED, reader.FileName(), reader.TokenLine(), reader.TokenColumn(), expected,
-                    reader.TokenText());
+enum class NumberToken { Missing, TooLarge, Read };
+
+// The current token as a number; numbers are 32-bit and never wrap.
+NumberToken NumberOf(const SourceReader& reader, int32_t& value) {
+    uint32_t number = 0;
+    if (!IsNumber(reader.TokenKind())) return NumberToken::Missing;
+    if (!ExactNumber(reader.TokenText(), reader.TokenKind() == HEADER_TOKEN_HEX, number)) return NumberToken::TooLarge;
+    value = static_cast<int32_t>(number);
+    return NumberToken::Read;
 }
 
 // Reads the next token as a number into value.
 bool ReadNumber(SourceReader& reader, const char* expected, int32_t& value) {
-    if (!IsNumber(reader.NextToken())) return ExpectedHere(reader, expected);
-    value = NumberValue(reader);
+    reader.NextToken();
+    switch (NumberOf(reader, value)) {
+        case NumberToken::Missing: return ExpectedHere(reader, expected);
+        case NumberToken::TooLarge: return ExpectedHere(reader, std::string("32-bit ") + expected);
+        case NumberToken::Read: break;
+    }
     return true;
 }
 
 // Reads a number that must lie between lowest and highest.
 bool ReadNumberWithin(SourceReader& reader, int32_t lowest, int32_t highest, const char* range, int32_t& value) {
     int32_t number = 0;
-    if (!ReadNumber(reader, "number", number)) return false;
-    if (number < lowest || number > highest) return ExpectedHere(reader, range);
+    reader.NextToken();
+    const NumberToken read = NumberOf(reader, number);
+    if (read == NumberToken::Missing) return ExpectedHere(reader, "number");
+    if (read == NumberToken::TooLarge || number < lowest || number > highest) return ExpectedHere(reader, range);
     value = number;
     return true;
 }
@@ -62,13 +75,12 @@ bool ReadTextAddress(SourceReader& reader, ScriptHeader& header) {
 }
 
 // A first pointer not followed by a number is ignored with the rest of its line.
-void ReadFirstPointer(SourceReader& reader, ScriptHeader& header) {
+bool ReadFirstPointer(SourceReader& reader, ScriptHeader& header) {
     if (!IsNumber(reader.Match())) {
         reader.SkipLine();
-        return;
+        return true;
     }
-    reader.NextToken();
-    header.firstPointer = NumberValue(reader);
+    return ReadNumber(reader, "number", header.firstPointer);
 }
 
 // One header command; the pointer commands set their field of pointers.
@@ -77,7 +89,7 @@ bool ReadCommandInto(SourceReader& reader, int32_t kind, ScriptHeader& header, P
         case HEADER_TOKEN_COMMENT: reader.SkipLine(); return true;
         case HEADER_TOKEN_LOAD: return ReadLoad(reader);
         case HEADER_TOKEN_TEXTADDRESS: return ReadTextAddress(reader, header);
-        case HEADER_TOKEN_FIRSTPOINTER: ReadFirstPointer(reader, header); return true;
+        case HEADER_TOKEN_FIRSTPOINTER: return ReadFirstPointer(reader, header);
         case HEADER_TOKEN_POINTERTABLE:
         case HEADER_TOKEN_POINTERTABLELOW: return ReadNumber(reader, "address", pointers.table);
         case HEADER_TOKEN_POINTERTABLEHIGH: return ReadNumber(reader, "address", pointers.high);

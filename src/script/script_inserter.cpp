@@ -74,7 +74,8 @@ Insertion::Insertion(long fontId, SourceReader& reader, const ScriptHeader& head
 bool Insertion::ReadStringSection() {
     while (reader_.Match() != TOKEN_END) {
         int32_t lineNumber = reader_.Top()->line;
-        std::string line = reader_.LineText();
+        reader_.LineText();
+        std::string line = reader_.TokenString();
         reader_.SkipLine();
         switch (ClassifyScriptLine(line)) {
             case ScriptLine::Comment: break;
@@ -90,9 +91,13 @@ bool Insertion::ReadStringSection() {
 }
 
 // Text lines join with a line feed; empty lines before the first text line of
-// a string add nothing.
+// a string add nothing. A zero byte in the text is refused where it stands.
 bool Insertion::AddTextLine(const std::string& line, int32_t lineNumber) {
     std::string piece = TextOfLine(line);
+    const size_t zero = piece.find('\0');
+    if (zero != std::string::npos)
+        return SetError(TLERR_TEXT_NOENCODE, reader_.FileName(), lineNumber, static_cast<int32_t>(zero + 1),
+                        ZERO_BYTE_SHOWN);
     if (text_.empty() && piece.empty()) return true;
     size_t joined = text_.size() + (text_.empty() ? 0 : 1) + piece.size();
     if (joined > kMaxStringText)

@@ -1,6 +1,8 @@
-// Loading a character table: the file name's extension picks the reader.
+// Loading a character table: the file name's extension picks the reader, and
+// a load that fails leaves no entry and no text behind.
 #include "core/path_names.h"
 #include "core/text_compare.h"
+#include "table/font_set.h"
 #include "table/table_reader.h"
 #include "table/thingy_reader.h"
 #include "trelvane.h"
@@ -17,5 +19,8 @@ bool IsThingyName(const char* name) {
 
 extern "C" long Trelvane_LoadFont(const char* file) {
     if (!file) file = "";
-    return IsThingyName(file) ? ReadThingyTable(file) : ReadTableFile(file);
+    const int poolEnd = CurrentFontSet().poolEnd;
+    long id = IsThingyName(file) ? ReadThingyTable(file) : ReadTableFile(file);
+    if (!id) DiscardFailedLoad(poolEnd);
+    return id;
 }

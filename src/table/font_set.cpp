@@ -119,3 +119,9 @@ long CompleteLoad(const char* file, int slots) {
     return first + 1;
 }
 
+void DiscardFailedLoad(int poolEnd) {
+    static const Font empty;
+    for (int slot = fontSet.fontCount; slot < MAX_FONTS; ++slot) fontSet.fonts[slot] = empty;
+    std::memset(fontSet.pool + poolEnd, 0, static_cast<size_t>(fontSet.poolEnd - poolEnd));
+    fontSet.poolEnd = poolEnd;
+}

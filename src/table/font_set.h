@@ -88,6 +88,10 @@ inline int LastEntryIndex(const Font& font) { return TWO_BYTE_FIRST_ENTRY - 1 + 
 // first one's ID; 0 after reporting TLERR_NO_TERMINALS.
 long CompleteLoad(const char* file, int slots);
 
+// Undoes what a failed load left: empties every slot no load has completed
+// and gives back the pool beyond poolEnd, its size before the load began.
+void DiscardFailedLoad(int poolEnd);
+
 // Bytes a two-byte code entry writes, high byte first.
 inline uint16_t TwoByteCodeOf(const Font& font, int entry) {
     return font.twoByteCodes[entry - TWO_BYTE_FIRST_ENTRY];

@@ -110,11 +110,12 @@ private:
     void ReadFontRule() {
         if (reader_.NextToken() != TABLE_TOKEN_EQUALS) return SkipMisplaced("=");
         if (reader_.NextToken() != TABLE_TOKEN_DECIMAL) return SkipMisplaced("number");
-        int32_t number = ParseDecimal(reader_.TokenText());
-        if (number < 1 || number > 2) return SkipMisplaced("1 or 2");
+        uint32_t number = 0;
+        if (!ExactNumber(reader_.TokenText(), false, number) || number < 1 || number > 2)
+            return SkipMisplaced("1 or 2");
         if (reader_.NextToken() != TABLE_TOKEN_COMMA) return SkipMisplaced("comma");
         uint8_t rule = reader_.NextToken() == TABLE_TOKEN_ROMANJI ? FONT_RULE_ROMANJI : 0;
-        if (Font* font = SlotBeingLoaded(slot_ + number - 1)) font->rule = rule;
+        if (Font* font = SlotBeingLoaded(slot_ + static_cast<int>(number) - 1)) font->rule = rule;
     }
 
     void SkipMisplaced(const char* expected) {

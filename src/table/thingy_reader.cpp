@@ -8,6 +8,7 @@
 #include "core/hex_digit.h"
 #include "core/last_error.h"
 #include "table/font_set.h"
+#include "text/source_reader.h"
 #include "trelvane.h"
 
 namespace {
@@ -55,7 +56,7 @@ private:
     // Reports TLERR_EXPECTED at the cursor; the character found is empty at the end of the data.
     bool ExpectedHere(const char* expected) {
         int c = Peek();
-        std::string found = c == kEnd ? "" : std::string(1, static_cast<char>(c));
+        std::string found = c == kEnd ? "" : c == 0 ? ZERO_BYTE_SHOWN : std::string(1, static_cast<char>(c));
         return SetError(TLERR_EXPECTED, name_, line_, Column(), expected, found.c_str());
     }
 
@@ -76,7 +77,7 @@ private:
         case '$': return ReadControlCode(entry);
         case '*': font_.flags[entry] |= ENTRY_NEWLINE; return SetEntryText(font_, entry, "");
         case '/': font_.flags[entry] |= ENTRY_TERMINAL; return SetEntryText(font_, entry, "");
-        default: return SetEntryText(font_, entry, ReadRestOfLine().c_str());
+        default: return ReadEntryText(entry);
         }
     }
 
@@ -113,10 +114,13 @@ private:
         return true;
     }
 
-    std::string ReadRestOfLine() {
+    // The rest of the line is the entry's text, which holds no zero byte.
+    bool ReadEntryText(int entry) {
         size_t start = position_;
-        SkipRestOfLine();
-        return std::string(bytes_.begin() + static_cast<long>(start), bytes_.begin() + static_cast<long>(position_));
+        for (; Peek() != kEnd && !IsLineEnd(Peek()); Advance())
+            if (Peek() == 0) return ExpectedHere("text");
+        std::string text(bytes_.begin() + static_cast<long>(start), bytes_.begin() + static_cast<long>(position_));
+        return SetEntryText(font_, entry, text.c_str());
     }
 
     const std::vector<unsigned char>& bytes_;

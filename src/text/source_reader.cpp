@@ -54,6 +54,10 @@ const char* CurrentPosition(const SourceFrame& frame) {
 
 char CharAt(const SourceFrame& frame) { return frame.lineStart ? frame.lineStart[frame.column - 1] : '\0'; }
 
+bool AtTextEnd(const SourceFrame& frame) { return !frame.lineStart || CurrentPosition(frame) >= frame.textEnd; }
+
+bool AtZeroByte(const SourceFrame& frame) { return CharAt(frame) == '\0' && !AtTextEnd(frame); }
+
 // Consumes the current character of frame: see SourceReader::Advance.
 char AdvanceIn(SourceFrame& frame) {
     char c = CharAt(frame);
@@ -61,7 +65,7 @@ char AdvanceIn(SourceFrame& frame) {
         ++frame.column;
         c = CharAt(frame);
     }
-    if (c == '\0') return c;
+    if (AtTextEnd(frame)) return '\0';
     if (c == '\n') {
         frame.lineStart = CurrentPosition(frame) + 1;
         frame.column = 1;
@@ -74,6 +78,16 @@ char AdvanceIn(SourceFrame& frame) {
 
 void SkipSpaceIn(SourceFrame& frame) {
     while (IsSpace(CharAt(frame))) AdvanceIn(frame);
+}
+
+// Makes the look-ahead match the zero byte that stopped a scan which accepted nothing: the
+// token covers the scanned characters and the zero byte, and stands at the zero byte.
+void MatchZeroByte(SourceFrame& frame, int32_t scanned) {
+    frame.matchKind = TOKEN_UNKNOWN;
+    frame.matchLength = scanned + 1;
+    frame.matchLine = frame.line;
+    frame.matchText = ZERO_BYTE_SHOWN;
+    frame.matchColumn = frame.column + static_cast<int32_t>(frame.matchText.size());
 }
 
 // Holds the result of Substring until the next call.
@@ -100,6 +114,7 @@ bool SourceReader::Open(const char* name, const char* defaultExtension) {
     std::vector<char> text;
     if (!ReadSourceText(SystemName(path), text)) return false;
     frame.textBuffer = std::move(text);
+    frame.textEnd = frame.textBuffer.data() + frame.textBuffer.size() - 1;
     frame.fileName = BaseName(path.c_str());
     frame.lineStart = frame.textBuffer.data();
     frame.line = 1;
@@ -113,6 +128,7 @@ bool SourceReader::OpenText(const char* name, const char* text) {
     frame.textBuffer = std::vector<char>();
     frame.fileName = BaseName(name ? name : "");
     frame.lineStart = text ? text : "";
+    frame.textEnd = frame.lineStart + std::strlen(frame.lineStart);
     frame.line = 1;
     frame.column = 1;
     return true;
@@ -146,19 +162,24 @@ int32_t SourceReader::Match() {
     frame->matchLine = frame->line;
     frame->matchColumn = frame->column;
     const char* start = CurrentPosition(*frame);
-    if (CharAt(*frame) == '\0') return TOKEN_END;
+    if (AtTextEnd(*frame)) return TOKEN_END;
     int state = 0;
-    for (int32_t count = 1; CharAt(*frame) != '\0'; ++count) {
+    int32_t scanned = 0;
+    while (CharAt(*frame) != '\0') {  // no token takes in a zero byte
         state = fsa->Next(state, static_cast<unsigned char>(CharAt(*frame)));
         if (state < 0) break;
         AdvanceIn(*frame);
+        ++scanned;
         ++frame->matchColumn;
         if (fsa->Accept(state) != TOKEN_UNKNOWN) {
             frame->matchKind = fsa->Accept(state);
-            frame->matchLength = count;
+            frame->matchLength = scanned;
         }
     }
-    frame->matchText.assign(start, static_cast<size_t>(frame->matchLength));
+    if (frame->matchLength == 0 && AtZeroByte(*frame))
+        MatchZeroByte(*frame, scanned);
+    else
+        frame->matchText.assign(start, static_cast<size_t>(frame->matchLength));
     frame->line = line;
     frame->column = column;
     frame->lineStart = lineStart;
@@ -189,21 +210,29 @@ int32_t SourceReader::NextToken() {
 }
 
 void SourceReader::SkipLine() {
-    for (char c = Advance(); c != '\n' && c != '\0'; c = Advance()) {
+    SourceFrame* frame = Top();
+    if (!frame) return;
+    while (!AtTextEnd(*frame) && AdvanceIn(*frame) != '\n') {
     }
 }
 
 const char* SourceReader::LineText() {
     SourceFrame* frame = Top();
     if (!frame) return "";
-    const char* line = frame->lineStart ? frame->lineStart : "";
-    frame->tokenText.assign(line, std::strcspn(line, "\n\r"));
+    frame->tokenText.clear();
+    for (const char* c = frame->lineStart; c && c < frame->textEnd && *c != '\n' && *c != '\r'; ++c)
+        frame->tokenText += *c;
     return frame->tokenText.c_str();
 }
 
 const char* SourceReader::FileName() const { return Top() ? Top()->fileName.c_str() : ""; }
 
 const char* SourceReader::TokenText() const { return Top() ? Top()->tokenText.c_str() : ""; }
+
+const std::string& SourceReader::TokenString() const {
+    static const std::string none;
+    return Top() ? Top()->tokenText : none;
+}
 
 int32_t SourceReader::TokenKind() const { return Top() ? Top()->tokenKind : 0; }
 
@@ -233,6 +262,17 @@ int32_t ParseHex(const char* text) {
         else if (*c == 'h' || *c == 'H') value = static_cast<uint32_t>(static_cast<int32_t>(value) >> 4);
     }
     return static_cast<int32_t>(value);
+}
+
+bool ExactNumber(const char* text, bool hex, uint32_t& value) {
+    uint64_t exact = 0;
+    for (const char* c = text ? text : ""; *c; ++c) {
+        if (hex && *c != 'h' && *c != 'H') exact = exact * 16 + static_cast<uint64_t>(std::max(HexDigitValue(*c), 0));
+        if (!hex && *c >= '0' && *c <= '9') exact = exact * 10 + static_cast<uint64_t>(*c - '0');
+        if (exact > UINT32_MAX) return false;
+    }
+    value = static_cast<uint32_t>(exact);
+    return true;
 }
 
 const char* Substring(const char* text, int32_t start, int32_t length) {

@@ -13,7 +13,13 @@
 inline constexpr uint32_t READER_SKIP_SPACE = 1;      // skip spaces, tabs and line ends before each token
 inline constexpr uint32_t READER_CASE_SENSITIVE = 2;  // patterns added later match letters in one case only
 
-// One open source. Lines and columns are 1-based; a tab is one column.
+// How the token text and errors show a zero byte found inside a text.
+inline constexpr char ZERO_BYTE_SHOWN[] = "\\0";
+
+// One open source. Lines and columns are 1-based; a tab is one column. A zero byte
+// inside a file's text is no character of any token: it comes back as a token of
+// its own (see NextToken), so that it is reported where it lies instead of ending
+// the text or the line early.
 struct SourceFrame {
     int32_t tokenLine = 0;       // line on which the current token starts
     int32_t tokenEndColumn = 0;  // column reached by the scan that produced the current token
@@ -26,6 +32,7 @@ struct SourceFrame {
     int32_t line = 0;
     int32_t column = 0;
     std::vector<char> textBuffer;       // text read from a file (zero-terminated); empty for a memory text
+    const char* textEnd = nullptr;      // the zero byte that ends the text; zero bytes before it are read
     const char* lineStart = nullptr;    // first character of the current line
     std::string fileName;               // base name once open
     std::string tokenText;              // text of the current token, or of the line after LineText
@@ -61,21 +68,28 @@ public:
     char CurrentChar() const;
     // Consumes the current character and returns it. A line feed starts the next line; a
     // carriage return is skipped together with the character after it (CR LF is one line end).
+    // At the end of the text nothing moves and zero comes back; a zero byte before it is passed.
     char Advance();
     // Looks ahead without moving: records the longest accepted text at the current position
     // in the top frame's match fields and returns its kind, TOKEN_UNKNOWN or TOKEN_END.
     int32_t Match();
     // Reads the next token and returns its kind. Unrecognised text gives a one-character
     // TOKEN_UNKNOWN token; the end of the text gives TOKEN_END with an empty token text.
+    // A zero byte before the end gives a TOKEN_UNKNOWN token with the text ZERO_BYTE_SHOWN
+    // at the zero byte's own line and column; when no pattern accepted the text before it,
+    // that text is passed with it.
     int32_t NextToken();
-    // Consumes characters up to and including the next line feed, or to the end of the text.
+    // Consumes characters up to and including the next line feed, or to the end of the text;
+    // zero bytes on the way are passed like any other character.
     void SkipLine();
-    // The whole current line, without its line end; it also becomes the token text.
+    // The whole current line, without its line end; it also becomes the token text, which
+    // keeps any zero byte of the line (the result, read as a C string, stops at it).
     const char* LineText();
 
     // Accessors: with an empty stack they give "" or 0.
     const char* FileName() const;
     const char* TokenText() const;
+    const std::string& TokenString() const;  // the token text with any zero byte it holds
     int32_t TokenKind() const;
     int32_t TokenLine() const;
     int32_t TokenColumn() const;  // column of the token's first character
@@ -95,6 +109,10 @@ int32_t ParseDecimal(const char* text);
 // Hexadecimal digits of text: every character shifts in a digit (others count as 0) and an
 // "h" or "H" takes its shift back, so "1Fh", "1F" and "$1F" all give 0x1F.
 int32_t ParseHex(const char* text);
+// The number that the digits of text give, computed exactly: decimal digits (every other
+// character ignored) or, with hex, hexadecimal digits with "h" and "H" ignored and every other
+// character a zero digit. False when the value needs more than 32 bits.
+bool ExactNumber(const char* text, bool hex, uint32_t& value);
 // length characters of text from start; a negative start counts from the end, a negative length
 // drops that many characters from the end. The result lives until the next call.
 const char* Substring(const char* text, int32_t start, int32_t length);

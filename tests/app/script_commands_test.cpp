@@ -8,6 +8,8 @@
 
 namespace {
 
+using namespace std::string_literals;
+
 class ScriptCommandsTest : public GameTest {
 protected:
     RunResult Run(std::vector<std::string> args) {
@@ -149,8 +151,42 @@ TEST_F(ScriptCommandsTest, PointerDump) {
 
     ExpectRun({"x", "game.tbl", "refused.txt", "100h", "5", "1"}, 255, "Pointer size 5 not supported.\n");
     ExpectRun({"x", "game.tbl", "refused.txt", "100h", "2", "0"}, 255, "Pointer frequency 0 not supported.\n");
+    // Numbers the record's 32-bit fields cannot hold are refused, not cut down.
+    ExpectRun({"x", "game.tbl", "refused.txt", "100h", "2", "100000000h"}, 255,
+              "Pointer frequency 4294967296 not supported.\n");
+    ExpectRun({"x", "game.tbl", "refused.txt", "100h", "100000002h", "1"}, 255,
+              "Pointer size 4294967298 not supported.\n");
+    ExpectRun({"x", "game.tbl", "refused.txt", "100005000h", "2", "1"}, 255,
+              "Pointer table 4294987776 not supported.\n");
     EXPECT_FALSE(FileExists(dir / "refused.txt"));
     ExpectRun({"x", "game.tbl", "missing/out.txt", "5000h", "2", "1"}, 255, "Error creating missing/out.txt.\n");
+}
+
+// Scripts and tables that would be misread (a zero byte, a number beyond 32 bits) are refused
+// with their place named, and the image file stays as it was.
+TEST_F(ScriptCommandsTest, MisreadInputsAreRefusedAndTheImageKept) {
+    GameImage image(0x2000);
+    image.WriteNes(dir / "game.nes");
+    WriteFile(dir / "zero.tbl", "41=A\n42=B\n/FF\0\n"s);
+    const std::string header = "load \"game.tbl\"\ntextaddress 100h pointertable 10h pointersize 2\n";
+    const struct {
+        std::string script, output;
+    } cases[] = {
+        {header + "[0000]\nAB\n[0001]\nA\0B\n[0002]\nBA\n"s, "s.txt:6,2:Unable to encode: \\0\n"},
+        {"load \"game.tbl\"\npointersize 4294967297\ntextaddress 100h pointertable 10h\n[0000]\nAB\n",
+         "s.txt:2,13:Expected '1 to 4', found '4294967297'.\n"},
+        {"load \"game.tbl\"\ntextaddress 10001D040h pointertable 10h pointersize 2\n[0000]\nAB\n",
+         "s.txt:2,13:Expected '32-bit number', found '10001D040h'.\n"},
+        {"load \"zero.tbl\"\n" + header.substr(16) + "[0000]\nAB\n", "Error opening zero.tbl.\n"},
+    };
+    for (const auto& c : cases) {
+        WriteFile(dir / "s.txt", c.script);
+        ExpectRun({"t", "s.txt"}, 255, c.output);
+        EXPECT_EQ(ReadFile(dir / "game.nes"), image.Nes()) << c.script;
+    }
+    EXPECT_EQ(RunTrelvane(dir.path(), {"zero.tbl", "c", "out.txt"}),
+              (RunResult{255, "zero.tbl:3,4:Expected '=', found '\\0'.\n"}));
+    EXPECT_FALSE(FileExists(dir / "out.txt"));
 }
 
 TEST_F(ScriptCommandsTest, LocateCountsOnUntilOneSearchHasTenMatchesOrFindsNothing) {

@@ -12,6 +12,8 @@
 
 namespace {
 
+using namespace std::string_literals;
+
 class ScriptInserterTest : public GameTest {
 protected:
     void SetUp() override {
@@ -69,6 +71,19 @@ TEST_F(ScriptInserterTest, RefusalsWriteNothing) {
         // the last line read has moved to the left of the section's "[".
         {"textaddress 1000h\n[0000]\nlast\\one", "s.txt:3,-6:Unable to encode: last\\one"},
         {longest + "\n[0001]", "s.txt:5,1:Unable to encode: string longer than 2047 characters"},
+        // Numbers never wrap: what needs more than 32 bits is refused.
+        {"pointersize 4294967297", "s.txt:2,13:Expected '1 to 4', found '4294967297'."},
+        {"pointerfrequency 100000001h", "s.txt:2,18:Expected '1 or more', found '100000001h'."},
+        {"textaddress 10001D040h\n[0000]\nHi", "s.txt:2,13:Expected '32-bit number', found '10001D040h'."},
+        {"textaddress 100h (4294967296)", "s.txt:2,19:Expected '32-bit number', found '4294967296'."},
+        {"firstpointer 100000000h", "s.txt:2,14:Expected '32-bit number', found '100000000h'."},
+        {"pointertable 123456789h", "s.txt:2,14:Expected '32-bit address', found '123456789h'."},
+        // A zero byte is refused where it lies, not taken for the end of the file or line.
+        {"textaddress 1000h\n[0000]\nHel\0lo\n"s, "s.txt:4,4:Unable to encode: \\0"},
+        {"textaddress 1000h\n[0000]\nHi\n\0"s, "s.txt:5,1:Unable to encode: \\0"},
+        {"textaddress\0 1000h"s, "s.txt:2,12:Expected 'number', found '\\0'."},
+        {"load \"ga\0me.tbl\""s, "s.txt:2,9:Expected 'filename', found '\\0'."},
+        {"\0textaddress 1000h"s, "s.txt:2,1:Unknown command: \\0"},
     };
     for (const Case& c : cases) {
         ExpectInsert(c.script, 0, c.error);
@@ -109,6 +124,9 @@ TEST_F(ScriptInserterTest, WritesEachGroupAndItsPointers) {
          "s.txt:1 strings - 3/268435455 (0%)", {{0x100, {0x00, 0x80}}, {0x18000, GameText({"Hi"})}}},
         // No limit; and scripts that end early write nothing.
         {"textaddress 100h (FFFFFFFFh)\n[0000]\nab\n", "s.txt:1 strings - 3/268435455 (0%)", {{0x100, GameText({"ab"})}}},
+        // Zero bytes in what the reader skips (comments, the rest of a header line) do no harm.
+        {"; a zero\0 byte\ntextaddress 100h [0000\0\n; \0\nHi ;\0\n[0001] ; \0\n"s, "s.txt:1 strings - 3/268435455 (0%)",
+         {{0x100, GameText({"Hi"})}}},
         {"textaddress 100h (50)", "s.txt:0 strings - 0/50 (0%)", {}},
         {"textaddress 100h pointertable 10h pointersize 2\n[0000] ; 000100\n", "s.txt:1 strings - 0/268435455 (0%)", {}},
         // Past the limit the groups that fit are written, and all pointers.

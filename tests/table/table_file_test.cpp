@@ -4,6 +4,8 @@
 
 namespace {
 
+using namespace std::string_literals;
+
 using TableFileTest = FontTest;
 
 // Saving refuses unknown fonts and uncreatable files; the written layout reads back byte for byte,
@@ -70,7 +72,8 @@ TEST_F(TableFileTest, LoadedTablesDecode) {
 // A refused load returns 0; a warning keeps the load going. "%" stands for the table's path.
 TEST_F(TableFileTest, RefusalsAndWarningsNameLineAndColumn) {
     const struct {
-        const char *name, *table;
+        const char* name;
+        std::string table;
         long font;
         std::string error;
     } cases[] = {
@@ -89,6 +92,16 @@ TEST_F(TableFileTest, RefusalsAndWarningsNameLineAndColumn) {
         {"old.txt", "[41] \"A\"\n  Base 8000h \"ignored\"\n[FF] terminal\n", 1, "-303|old.txt|2,3|Base|"},
         // A character no pattern accepts reports the column just before it, as every reader does.
         {"bad.txt", "[FF] terminal\n[41] # \"A\"\n", 0, "-302|bad.txt|2,5|#|"},
+        {"rule.txt", "[41] \"A\"\nfontrule = 4294967297, romanji\n[FF] terminal", 1,
+         "-250|rule.txt|2,12|1 or 2|4294967297"},
+        // A zero byte is refused at its own place; in a comment it does no harm.
+        {"bad.txt", "[41] \"A\"\0 [FF] terminal"s, 0, "-302|bad.txt|1,9|\\0|"},
+        {"bad.txt", "[41] \"A\0\" [FF] terminal"s, 0, "-302|bad.txt|1,8|\\0|"},
+        {"bad.tbl", "41=A\n42=B\0C\n/FF\n"s, 0, "-250|%|2,5|text|\\0"},
+        {"bad.tbl", "41=A\n\0"s "42=B\n/FF\n", 0, "-250|%|2,1|code|\\0"},
+        {"bad.tbl", "4\0=A\n/FF\n"s, 0, "-250|%|1,2|=|\\0"},
+        {"note.txt", "; \0\n[41] \"A\" [FF] terminal ; \0"s, 1, "0||0,0||"},
+        {"note.tbl", "# \0\n41=A\n$42=1 \0\n/FF\n"s, 1, "0||0,0||"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.table);
@@ -130,9 +143,8 @@ TEST_F(TableFileTest, MissingFilesTheReaderChoiceAndAThirdFont) {
                                                           "'\nloadFile failed on '" + (dir / "d.tbl/plain") + "'\n");
     EXPECT_EQ(LastError().code, TLERR_NONE);
     EXPECT_EQ(LoadTable("a.tbl", "41=A\n*FE\n"), 0);
-    // The failed load left its entries in the slot; the next load adds to them.
     EXPECT_EQ(LoadTable("UPPER.TBL", "/FF\n"), 1);
-    EXPECT_EQ(Decode({0x41, 0xFF}), "A");
+    EXPECT_EQ(Decode({0x41, 0xFF}), "[41]");
     WriteFile(dir / "plain.txt", std::string("[41] \"A\" [FF] terminal"));
     EXPECT_EQ(Trelvane_LoadFont((dir / "plain").c_str()), 2);
     EXPECT_EQ(LoadTable("b.tbl", "/FF\n"), 0);
@@ -156,6 +168,37 @@ TEST_F(TableFileTest, TwoByteCodesAndThePoolStopAtTheirLimits) {
         table += std::to_string(10 + code % 90) + "=" + std::string(200, 'a' + code % 26) + std::to_string(code) + "\n";
     EXPECT_EQ(LoadTable("big.tbl", table), 0);
     EXPECT_EQ(LastErrorSummary(), "-300||0,0|More than 32768 bytes of table text|");
+}
+
+// A refused load takes back what it stored: the next load into the same slot sees none of its
+// entries, flags, two-byte codes or rule, and its texts no longer hold room in the pool.
+TEST_F(TableFileTest, AFailedLoadLeavesNothingBehind) {
+    const std::string kept = "/FF\n01=" + std::string(20000, 'k') + "\n";
+    ASSERT_EQ(LoadTable("kept.tbl", kept), 1);
+    const int poolEnd = CurrentFontSet().poolEnd;
+    const std::string failedText(10000, 'f'), laterText(10000, 'l');
+    const struct {
+        const char *name, *table;
+    } failures[] = {
+        {"bad.txt", "[41] \"A\" [42] \"@\" [FE] newline [8140] \"X\" fontrule = 1, romanji [43] ? [FF] terminal"},
+        {"bad.txt", "[41] \"A\" [42] \"@\" [FE] newline [8140] \"X\" fontrule = 1, romanji"},
+        {"bad.tbl", "41=A\n$42=1\n*FE\n8140=X\n43 C\n/FF\n"},
+        {"bad.tbl", "41=A\n$42=1\n*FE\n8140=X\n"},
+    };
+    for (const auto& failure : failures) {
+        SCOPED_TRACE(failure.table);
+        const bool thingy = EndsWith(failure.name, ".tbl");
+        const std::string longEntry = thingy ? "44=" + failedText + "\n" : "[44] \"" + failedText + "\"\n";
+        EXPECT_EQ(LoadTable(failure.name, longEntry + failure.table), 0);
+        EXPECT_EQ(CurrentFontSet().poolEnd, poolEnd);
+        ASSERT_EQ(LoadTable("later.tbl", "45=" + laterText + "\n/FF\n"), 2);
+        EXPECT_EQ(Decode({0x41, 0x42, 0x07, 0xFE, 0x81, 0x40, 0x44, 0xFF}, 2), "[41][42][07][FE][81][40][44]");
+        EXPECT_TRUE(CurrentFontSet().fonts[1].texts[0x45] == laterText);
+        EXPECT_EQ(CurrentFontSet().fonts[1].rule, 0);
+        // Start again from the kept font alone.
+        ResetFontSet();
+        ASSERT_EQ(LoadTable("kept.tbl", kept), 1);
+    }
 }
 
 }  // namespace

@@ -11,6 +11,8 @@
 
 namespace {
 
+using namespace std::string_literals;
+
 // Words, numbers and ";" on a skipping reader, as every toolkit reader is set up.
 class ReaderTest : public ::testing::Test {
 protected:
@@ -119,6 +121,38 @@ TEST_F(ReaderTest, IncludedSourcesStackUp) {
     EXPECT_EQ(ReadTokens(reader, "x"), (TokenList{{1, "x"}}));  // opening gives the reader a frame again
 }
 
+// A zero byte inside a file is read where it lies: as a token of its own at its own line and
+// column, never as the end of the text. A token whose scan it stops before anything was
+// accepted passes with it; skipped lines pass it, and the line text keeps it.
+TEST_F(ReaderTest, AZeroByteIsATokenOfItsOwnNeverTheEnd) {
+    ASSERT_TRUE(reader.AddPattern(3, "\"^\"*\""));
+    WriteFile(dir / "zero.txt", "ab\0cd\n  \"x\0y \"\n; skipped\0 to\nlast\0"s);
+    ASSERT_TRUE(reader.Open((dir / "zero.txt").c_str(), ""));
+    const std::string zero = std::to_string(TOKEN_UNKNOWN) + "@";
+    const std::string expected[] = {"1@1:1:ab", zero + "1:3:\\0", "1@1:4:cd", zero + "2:5:\\0", "1@2:6:y",
+                                    zero + "3:10:\\0", "1@3:12:to", "1@4:1:last", zero + "4:5:\\0"};
+    for (const std::string& token : expected) EXPECT_EQ(NextToken(), token);
+    EXPECT_EQ(reader.Match(), TOKEN_END);
+    EXPECT_EQ(NextToken(), std::to_string(TOKEN_END) + "@4:6:");
+
+    ASSERT_TRUE(reader.Open((dir / "zero.txt").c_str(), ""));
+    EXPECT_EQ(reader.Match(), 1);
+    reader.SkipLine();
+    EXPECT_EQ(Position(), "2:1: ");
+    EXPECT_STREQ(reader.LineText(), "  \"x");
+    EXPECT_EQ(reader.TokenString(), "  \"x\0y \""s);
+    reader.SkipLine();
+    reader.SkipLine();
+    reader.Advance();
+    reader.Advance();
+    reader.Advance();
+    reader.Advance();
+    EXPECT_EQ(reader.Match(), TOKEN_UNKNOWN);
+    EXPECT_EQ(reader.Advance(), '\0');
+    EXPECT_EQ(Position(), "4:6:"s + '\0');
+    EXPECT_EQ(reader.Match(), TOKEN_END);
+}
+
 TEST(SourceReaderTest, MatchLooksAheadWithoutMovingAndWarnsWithoutAnAutomaton) {
     SourceReader reader(READER_SKIP_SPACE);
     reader.OpenText("t", "abc");
@@ -148,6 +182,17 @@ TEST(NumberHelpersTest, DecimalHexAndSubstring) {
     const std::pair<const char*, int32_t> hexes[] = {{"1Fh", 0x1F}, {"1F", 0x1F}, {"$1F", 0x1F}, {"0x1f", 0x1F},
         {"1_F", 0x10F}, {"FFFFFFFFh", -1}, {"8000000h", static_cast<int32_t>(0xF8000000)}};
     for (const auto& [text, value] : hexes) EXPECT_EQ(ParseHex(text), value) << text;
+    // The exact value, refused where it needs more than 32 bits instead of wrapping.
+    const std::tuple<const char*, bool, bool, uint32_t> exact[] = {
+        {"4294967295", false, true, 0xFFFFFFFF}, {"4294967296", false, false, 0}, {"0004294967295", false, true, 0xFFFFFFFF},
+        {"12AB", false, true, 12}, {"FFFFFFFFh", true, true, 0xFFFFFFFF}, {"100000000h", true, false, 0},
+        {"12345678h", true, true, 0x12345678}, {"000000001Fh", true, true, 0x1F}, {"1_F", true, true, 0x10F},
+        {"10001D040h", true, false, 0}};
+    for (const auto& [text, hex, fits, value] : exact) {
+        uint32_t read = 0;
+        EXPECT_EQ(ExactNumber(text, hex, read), fits) << text;
+        EXPECT_EQ(read, value) << text;
+    }
     const std::tuple<const char*, int, int, const char*> substrings[] = {
         {"\"name\"", 1, -1, "name"}, {"abcdef", -2, 5, "ef"}, {"abcdef", 2, 3, "cde"},
         {"abc", 5, 2, ""}, {"abc", -9, 2, "ab"}, {"abc", 1, -9, ""}};
