@@ -162,5 +162,6 @@ int FindRegisterOpcode(const InstructionSet& set, int mnemonic, int mode) {
 }
 
 int FindOpcodeBySize(const InstructionSet& set, int mnemonic, int size) {
-    return LowestOpcode(set, mnemonic, [size](const OpcodeRecord& row) { return ADDRESSING_MODES[row.mode].size == size; });
+    return LowestOpcode(set, mnemonic,
+                        [size](const OpcodeRecord& row) { return ADDRESSING_MODES[row.mode].size == size; });
 }
