@@ -24,13 +24,13 @@ struct ScriptRun {
     }
 };
 
-// Runs text to its end (continuing after failures, at most 10000 statements) on a zeroed image.
+// Runs text to its end (continuing after failures, at most 20000 statements) on a zeroed image.
 inline ScriptRun RunScript(const std::string& text, int romType = ROM_SNES, int imageSize = SCRIPT_IMAGE_SIZE) {
     ScriptRun run;
     run.image.assign(static_cast<size_t>(imageSize), 0);
     PatchFile patch(romType, run.image.data(), imageSize);
     patch.OpenText("t.asm", text.c_str());
-    for (int i = 0; i < 10000; ++i) {
+    for (int i = 0; i < 20000; ++i) {
         const int kind = ParseStatement(patch);
         run.kinds.push_back(kind);
         if (kind == 0) run.errors.push_back(patch.message);

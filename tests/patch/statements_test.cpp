@@ -129,6 +129,18 @@ TEST(StatementsTest, GoesOnAfterTheTokenThatFailed) {
     EXPECT_EQ(run.kinds, std::vector<int>({TOKEN_DOT_ADDRESS, 0, 0, STATEMENT_DATA, TOKEN_END}));
 }
 
+TEST(StatementsTest, SymbolLimits) {
+    const std::string name25(25, 's');
+    EXPECT_EQ(RunScript("$" + name25 + " 10h").errors,
+              Errors({"t.asm:1,1:Name " + name25 + " is longer than 24 characters.", "t.asm:1,28:Unknown command: 10h"}));
+    EXPECT_EQ(RunScript(name25 + " .EQL 5").errors,
+              Errors({"t.asm:1,32:Name " + name25 + " is longer than 24 characters."}));
+    EXPECT_EQ(RunScript("$" + std::string(24, 's') + " 10h").errors, Errors{});
+    std::string script;
+    for (int i = 0; i <= MAX_SYMBOLS; ++i) script += "$v" + std::to_string(i) + " 10h\n";
+    EXPECT_EQ(RunScript(script).errors, Errors({"t.asm:10001,9:Too many symbols (at most 10000)."}));
+}
+
 TEST(StatementsTest, GenericImagesHaveNoInstructions) {
     const ScriptRun run = RunScript(".ADDRESS 100h\n.BYTE 1\nlda 5\n.PATCH 200h: 77", ROM_GB);
     EXPECT_EQ(run.errors, Errors({"t.asm:3,5:Expected .MACRO, found: 5"}));
