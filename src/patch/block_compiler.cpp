@@ -128,7 +128,7 @@ private:
         // A value form takes the target's address in the block's bank; a relative form the distance.
         const uint32_t operand = ModeOf(set, opcode).kind == MODE_KIND_RELATIVE
                                      ? static_cast<uint32_t>(displacement)
-                                     : static_cast<uint32_t>(patch_.blockAddress + target);
+                                     : static_cast<uint32_t>(patch_.blockAddress) + static_cast<uint32_t>(target);
         output_.push_back(static_cast<unsigned char>(opcode));
         for (int b = 0; b < size; ++b) output_.push_back(static_cast<unsigned char>(operand >> (8 * b)));
         return BRANCH_ENCODED;

@@ -15,6 +15,12 @@ namespace {
 
 // What each label slot of the pending block means, for storing it with a macro body.
 std::array<MacroLabel, LABEL_SLOT_COUNT> DescribeLabels(const PatchFile& patch) {
+    std::array<bool, LABEL_SLOT_COUNT> defined{};
+    const auto entries = patch.block.Entries();
+    for (int i = 0; i < static_cast<int>(entries.size()); i = NextEntryIndex(entries, i)) {
+        const CodeEntry entry = entries[static_cast<size_t>(i)];
+        if (IsLabelDefinition(entry)) defined[static_cast<size_t>(EntrySlot(entry))] = true;
+    }
     std::array<MacroLabel, LABEL_SLOT_COUNT> labels;
     const LabelTable& table = patch.labels;
     for (int slot = 0; slot < LABEL_SLOT_COUNT; ++slot) {
@@ -23,7 +29,7 @@ std::array<MacroLabel, LABEL_SLOT_COUNT> DescribeLabels(const PatchFile& patch) 
             label.use = MacroLabel::NUMERIC;
             label.value = table.Value(slot);
         } else if (table.IsNamed(slot)) {
-            label.use = patch.block.Holds(LabelDefinitionEntry(slot)) ? MacroLabel::DEFINED : MacroLabel::REFERENCED;
+            label.use = defined[static_cast<size_t>(slot)] ? MacroLabel::DEFINED : MacroLabel::REFERENCED;
             label.name = table.Name(slot);
         }
     }
@@ -146,7 +152,7 @@ int32_t CopyBody(PatchFile& patch, const MacroBody& body, const std::string& nam
 }  // namespace
 
 int32_t BeginMacro(PatchFile& patch, std::string_view name) {
-    const std::string macroName = "_" + std::string(name);
+    const std::string macroName = std::string("_").append(name);
     if (patch.definingMacro)
         return Report(patch, MSG_MACRO_IN_MACRO, macroName.c_str(), patch.macroName.c_str());
     if (macroName.size() > static_cast<size_t>(MAX_MACRO_NAME))

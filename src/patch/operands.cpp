@@ -114,8 +114,11 @@ bool WriteOperand(PatchFile& patch, int32_t kind, const std::string& token, int 
             suffix = index;
         }
     }
-    text = (variable ? "[" : "") + SymbolText(static_cast<uint32_t>(symbol->value), static_cast<uint32_t>(base), width) +
-           suffix + (variable ? "]" : "");
+    char written[32];  // "[", eight digits, "h", a suffix and "]"
+    std::snprintf(written, sizeof written, variable ? "[%s%s]" : "%s%s",
+                  SymbolText(static_cast<uint32_t>(symbol->value), static_cast<uint32_t>(base), width).c_str(),
+                  suffix.c_str());
+    text = written;
     return true;
 }
 
