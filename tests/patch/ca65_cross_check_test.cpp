@@ -95,8 +95,11 @@ Bytes AssembleWithPatchScript(const TempDir& dir, size_t length) {
     for (const Instruction& instruction : INSTRUCTIONS) script += std::string(instruction.ours) + "\n";
     WriteFile(dir / "rows.txt", script);
     WriteFile(dir / "game.smc", Bytes(512 + 0x10000, 0));
-    long handle = Trelvane_LoadROM((dir / "game.smc").c_str());
-    EXPECT_NE(handle, 0);
+    const long handle = Trelvane_LoadROM((dir / "game.smc").c_str());
+    if (!handle) {
+        ADD_FAILURE() << Trelvane_GetLastError();
+        return {};
+    }
     EXPECT_EQ(Trelvane_PatchFile_Open((dir / "rows.txt").c_str()), 1) << Trelvane_GetLastError();
     EXPECT_EQ(Trelvane_PatchFile_Process(), 1) << Trelvane_GetLastError();
     Trelvane_PatchFile_Close();
