@@ -82,7 +82,7 @@ void BM_EncodeScript(benchmark::State& state) {
     size_t bytes = 0;
     for (auto _ : state) {
         for (const std::string& text : strings) {
-            if (!EncodeText(1, text.c_str())) state.SkipWithError("unencodable text");
+            if (!EncodeText(1, text.c_str()).bytes) state.SkipWithError("unencodable text");
             bytes += text.size();
         }
     }
@@ -94,15 +94,17 @@ void BM_DecodeScript(benchmark::State& state) {
     LoadBenchFont();
     std::vector<unsigned char> image;
     for (const std::string& text : Script()) {
-        const unsigned char* encoded = EncodeText(1, text.c_str());
-        image.insert(image.end(), encoded, encoded + EncodedLength());
+        const EncodedText encoded = EncodeText(1, text.c_str());
+        image.insert(image.end(), encoded.bytes, encoded.bytes + encoded.length);
     }
     size_t bytes = 0;
     for (auto _ : state) {
         const unsigned char* end = image.data() + image.size();
-        for (const unsigned char* at = image.data(); at < end; at += EncodedLength()) {
-            benchmark::DoNotOptimize(DecodeText(1, at, end));
-            bytes += std::strlen(TheFontSet.decoderOutput);
+        for (const unsigned char* at = image.data(); at < end;) {
+            const DecodedText decoded = DecodeText(1, at, end);
+            if (!decoded.text) return state.SkipWithError("undecodable bytes");
+            bytes += std::strlen(decoded.text);
+            at += decoded.consumed;
         }
     }
     state.SetBytesProcessed(static_cast<int64_t>(bytes));

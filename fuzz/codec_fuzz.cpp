@@ -51,8 +51,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     (void)built;
     std::string text(reinterpret_cast<const char*>(data), size);
     for (long id = 1; id <= 2; ++id) {
-        if (EncodeText(id, text.c_str()) && (EncodedLength() < 1 || EncodedLength() > 1023)) std::abort();
-        if (DecodeText(id, data, data + size) && EncodedLength() > static_cast<int32_t>(size)) std::abort();
+        const EncodedText encoded = EncodeText(id, text.c_str());
+        if (encoded.bytes && (encoded.length < 1 || encoded.length > 1023)) std::abort();
+        const DecodedText decoded = DecodeText(id, data, data + size);
+        if (decoded.text && decoded.consumed > static_cast<int32_t>(size)) std::abort();
     }
     return 0;
 }

@@ -14,9 +14,9 @@
 // Saves each font from ID first on, encodes every text it holds and decodes the input with it.
 inline void ExerciseFonts(long first, const uint8_t* data, size_t size) {
     static const std::string saved = ScratchName("-saved.txt");
-    for (long id = first; first && id <= TheFontSet.fontCount; ++id) {
+    for (long id = first; first && id <= CurrentFontSet().fontCount; ++id) {
         WriteTableFile(id, saved.c_str());
-        const Font& font = TheFontSet.fonts[id - 1];
+        const Font& font = CurrentFontSet().fonts[id - 1];
         for (int entry = 0; entry <= LastEntryIndex(font); ++entry)
             if (font.texts[entry]) EncodeText(id, font.texts[entry]);
         DecodeText(id, data, data + size);

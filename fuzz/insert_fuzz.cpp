@@ -31,7 +31,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     }();
     if (!ready || !WriteInput(script, data, size)) return 0;
     std::memcpy(CurrentRom().data, original.data(), original.size());
-    ThePointerDestination = PointerDestination();
+    SetPointerDestination(PointerDestination());
     ResetFontSet();
     Trelvane_LoadFont(table.c_str());
     Trelvane_InsertFromFile(1, script.c_str());

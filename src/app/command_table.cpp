@@ -3,6 +3,7 @@
 #include <cstring>
 #include <iterator>
 
+#include "core/hex_digit.h"
 #include "core/text_compare.h"
 #include "trelvane.h"
 
@@ -51,8 +52,6 @@ constexpr ParameterRule kParameterRules[] = {
 };
 
 constexpr const char* kTileFormatNames[] = {"SNES1", "SNES2", "SNES", "NES1", "NES", "GB1", "GB"};
-
-bool IsHexDigit(char c) { return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); }
 
 bool IsFileNameCharacter(char c) {
     static constexpr const char* kAllowedMarks = "[\\]^_`-./&'()+!?#";

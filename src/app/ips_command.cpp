@@ -2,6 +2,7 @@
 
 #include "app/command_sequences.h"
 #include "app/sequence_support.h"
+#include "core/path_names.h"
 #include "trelvane.h"
 
 namespace {
@@ -9,7 +10,7 @@ namespace {
 // The ROM's name with its extension replaced by ".ips"; a name without an
 // extension gets ".ips" appended.
 std::string DerivedIpsName(const char* rom) {
-    const char* dot = ExtensionDot(rom);
+    const char* dot = LastDotOfBaseName(rom);
     std::string name = dot ? std::string(rom, dot) : std::string(rom);
     return name + ".ips";
 }

@@ -2,6 +2,7 @@
 
 #include "app/command_sequences.h"
 #include "app/sequence_support.h"
+#include "core/path_names.h"
 #include "core/text_compare.h"
 #include "patch/patch_limits.h"
 #include "trelvane.h"
@@ -9,7 +10,7 @@
 namespace {
 
 bool IsIpsFile(const char* path) {
-    const char* dot = ExtensionDot(path);
+    const char* dot = LastDotOfBaseName(path);
     return dot && SameTextIgnoringCase(dot + 1, "ips");
 }
 

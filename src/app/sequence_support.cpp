@@ -24,9 +24,3 @@ long ParseNumberArgument(const char* text) {
         return static_cast<long>(std::strtoul(text, nullptr, 16));
     return std::strtol(text, nullptr, 10);
 }
-
-const char* ExtensionDot(const char* path) {
-    const char* dot = std::strrchr(path, '.');
-    if (!dot || std::strpbrk(dot, "/\\")) return nullptr;
-    return dot;
-}

@@ -14,7 +14,3 @@ void PrintMessageLine(int id);
 // A number argument: hexadecimal digits with a trailing "h" or "H" read as
 // hexadecimal, anything else as a decimal number up to its first non-digit.
 long ParseNumberArgument(const char* text);
-
-// The last "." of path's file name (none when a "/" or "\" follows the last
-// "."), or null: the extension starts behind it.
-const char* ExtensionDot(const char* path);

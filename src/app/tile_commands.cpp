@@ -1,9 +1,9 @@
 #include "app/tile_commands.h"
 
-#include <cstring>
 
 #include "app/command_sequences.h"
 #include "app/sequence_support.h"
+#include "core/path_names.h"
 #include "core/text_compare.h"
 #include "trelvane.h"
 
@@ -28,7 +28,7 @@ const char* TileFormatArgument(const CommandLine& line) {
 }  // namespace
 
 const char* TileFormatForRomName(const char* romName) {
-    const char* extension = std::strrchr(romName, '.');
+    const char* extension = LastDotOfBaseName(romName);
     if (extension)
         for (const ExtensionFormat& entry : kExtensionFormats)
             if (SameTextIgnoringCase(entry.extension, extension)) return entry.format;

@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr const char* kVersion = "0.70";
+constexpr const char* kVersion = TRELVANE_VERSION;  // set by the build from the project version
 constexpr std::time_t kReleaseTime = 969417321;
 constexpr const char* kAuthorCredit = "the Trelvane developers";
 

@@ -9,6 +9,10 @@ namespace {
 constexpr unsigned char kMagic[] = {'P', 'A', 'T', 'C', 'H'};
 constexpr unsigned char kEndMarker[] = {'E', 'O', 'F'};
 constexpr size_t kRecordHeaderSize = 5;
+// A run-length record's count and byte, behind its size of 0.
+constexpr size_t kRunFieldsSize = 3;
+// The length behind "EOF" that cuts the target.
+constexpr size_t kTruncationSize = 3;
 // The offset whose three bytes spell the end marker.
 constexpr size_t kEndMarkerOffset = 0x454F46;
 // Equal bytes a run may carry between two changes.
@@ -86,18 +90,46 @@ bool IsEndMarkerAt(const unsigned char* patch, size_t size, size_t at) {
     return size - at >= sizeof kEndMarker && std::memcmp(patch + at, kEndMarker, sizeof kEndMarker) == 0;
 }
 
-IpsRead ReadRecordsBehindMagic(const unsigned char* patch, size_t size, std::vector<IpsRecord>& records) {
+enum class Reading { Literal, RunLength };
+
+// Reads the records behind "PATCH" up to the end marker. Returns the
+// position behind "EOF", or 0 when a record runs past the end of the patch
+// or, read with run-length records, repeats its byte 0 times.
+size_t ReadRecordsBehindMagic(const unsigned char* patch, size_t size, Reading reading,
+                              std::vector<IpsRecord>& records) {
     size_t at = sizeof kMagic;
     for (bool first = true;; first = false) {
-        if (!first && IsEndMarkerAt(patch, size, at)) return IpsRead::Valid;
-        if (size - at < kRecordHeaderSize) return IpsRead::NoEof;
-        size_t offset = ReadNumber(patch + at, 3);
-        size_t length = ReadNumber(patch + at + 3, 2);
+        if (!first && IsEndMarkerAt(patch, size, at)) return at + sizeof kEndMarker;
+        if (size - at < kRecordHeaderSize) return 0;
+        auto offset = static_cast<uint32_t>(ReadNumber(patch + at, 3));
+        auto length = static_cast<uint32_t>(ReadNumber(patch + at + 3, 2));
         at += kRecordHeaderSize;
-        if (size - at < length) return IpsRead::NoEof;
-        records.push_back(IpsRecord{static_cast<uint32_t>(offset), static_cast<uint32_t>(length), patch + at});
+        if (length == 0 && reading == Reading::RunLength) {
+            if (size - at < kRunFieldsSize) return 0;
+            auto count = static_cast<uint32_t>(ReadNumber(patch + at, 2));
+            if (count == 0) return 0;
+            records.push_back(IpsRecord{offset, count, patch + at + 2, IpsRecordKind::Run});
+            at += kRunFieldsSize;
+            continue;
+        }
+        if (size - at < length) return 0;
+        records.push_back(IpsRecord{offset, length, patch + at});
         at += length;
     }
+}
+
+// Adds the length to cut the target to when exactly that many bytes follow
+// the end marker, which ends at end.
+void AddTruncation(const unsigned char* patch, size_t size, size_t end, std::vector<IpsRecord>& records) {
+    if (size - end != kTruncationSize) return;
+    auto length = static_cast<uint32_t>(ReadNumber(patch + end, kTruncationSize));
+    records.push_back(IpsRecord{length, 0, patch + end, IpsRecordKind::Truncate});
+}
+
+// The length a Truncate record cuts the target to, or no limit.
+uint64_t CutLength(const std::vector<IpsRecord>& records) {
+    if (records.empty() || records.back().kind != IpsRecordKind::Truncate) return UINT64_MAX;
+    return records.back().offset;
 }
 
 }  // namespace
@@ -125,22 +157,33 @@ IpsBuild BuildIpsPatch(const unsigned char* original, size_t originalSize, const
 IpsRead ReadIpsRecords(const unsigned char* patch, size_t size, std::vector<IpsRecord>& records) {
     records.clear();
     if (size < sizeof kMagic || std::memcmp(patch, kMagic, sizeof kMagic) != 0) return IpsRead::NotIps;
-    IpsRead result = ReadRecordsBehindMagic(patch, size, records);
-    if (result == IpsRead::NoEof && IsEndMarkerAt(patch, size, sizeof kMagic)) {
-        records.clear();
+    if (size_t end = ReadRecordsBehindMagic(patch, size, Reading::RunLength, records)) {
+        AddTruncation(patch, size, end, records);
         return IpsRead::Valid;
     }
-    return result;
+    records.clear();
+    if (ReadRecordsBehindMagic(patch, size, Reading::Literal, records)) return IpsRead::Valid;
+    records.clear();
+    if (!IsEndMarkerAt(patch, size, sizeof kMagic)) return IpsRead::NoEof;
+    AddTruncation(patch, size, sizeof kMagic + sizeof kEndMarker, records);
+    return IpsRead::Valid;
 }
 
 uint64_t IpsPatchedLength(const std::vector<IpsRecord>& records, uint64_t currentLength) {
     uint64_t length = currentLength;
     for (const IpsRecord& record : records)
         if (record.size > 0) length = std::max<uint64_t>(length, uint64_t{record.offset} + record.size);
-    return length;
+    return std::min(length, CutLength(records));
 }
 
 void CopyIpsRecords(const std::vector<IpsRecord>& records, unsigned char* target) {
-    for (const IpsRecord& record : records)
-        if (record.size > 0) std::memcpy(target + record.offset, record.data, record.size);
+    const uint64_t limit = CutLength(records);
+    for (const IpsRecord& record : records) {
+        if (record.size == 0 || record.offset >= limit) continue;
+        const auto count = static_cast<size_t>(std::min<uint64_t>(record.size, limit - record.offset));
+        if (record.kind == IpsRecordKind::Run)
+            std::memset(target + record.offset, *record.data, count);
+        else
+            std::memcpy(target + record.offset, record.data, count);
+    }
 }

@@ -10,9 +10,7 @@
 #include "core/output_file.h"
 #include "trelvane.h"
 
-#ifdef _WIN32
-#include <cstdio>
-#else
+#ifndef _WIN32
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -21,38 +19,48 @@
 
 namespace {
 
+// Applies the records by reading the whole file, patching it in memory and
+// writing it back: for files that cannot be mapped.
+bool RewriteWithRecords(const char* path, const std::vector<IpsRecord>& records) {
+    std::vector<unsigned char> bytes;
+    if (!ReadFileBytes(path, bytes)) return false;
+    bytes.resize(IpsPatchedLength(records, bytes.size()));
+    CopyIpsRecords(records, bytes.data());
+    return WriteOutputFile(path, bytes.data(), bytes.size());
+}
+
 #ifdef _WIN32
 bool WriteRecordsToFile(const char* path, const std::vector<IpsRecord>& records) {
-    std::FILE* file = std::fopen(path, "r+b");
-    if (!file) return false;
-    for (const IpsRecord& record : records)
-        if (std::fseek(file, static_cast<long>(record.offset), SEEK_SET) == 0)
-            std::fwrite(record.data, 1, record.size, file);
-    return std::fclose(file) == 0;
+    return RewriteWithRecords(path, records);
 }
 #else
+enum class MappedWrite { Written, Failed, NotMappable };
+
 // Writes through a shared mapping of the file, grown first to the length the
-// records need; a file that cannot be mapped gets one write per record.
-bool WriteRecordsIntoOpenFile(int fd, const std::vector<IpsRecord>& records) {
+// records need and cut afterwards to the length they leave it.
+MappedWrite WriteRecordsIntoOpenFile(int fd, const std::vector<IpsRecord>& records) {
     struct stat info;
-    if (fstat(fd, &info) != 0 || !S_ISREG(info.st_mode)) return false;
-    uint64_t length = IpsPatchedLength(records, static_cast<uint64_t>(info.st_size));
-    if (length > static_cast<uint64_t>(info.st_size) && ftruncate(fd, static_cast<off_t>(length)) != 0) return false;
-    void* mapping = length > 0 ? mmap(nullptr, length, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0) : MAP_FAILED;
-    if (mapping != MAP_FAILED) {
+    if (fstat(fd, &info) != 0 || !S_ISREG(info.st_mode)) return MappedWrite::Failed;
+    const auto current = static_cast<uint64_t>(info.st_size);
+    const uint64_t length = IpsPatchedLength(records, current);
+    if (length > current && ftruncate(fd, static_cast<off_t>(length)) != 0) return MappedWrite::Failed;
+    if (length > 0) {
+        void* mapping = mmap(nullptr, length, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
+        if (mapping == MAP_FAILED) return MappedWrite::NotMappable;
         CopyIpsRecords(records, static_cast<unsigned char*>(mapping));
-        return munmap(mapping, length) == 0;
+        if (munmap(mapping, length) != 0) return MappedWrite::Failed;
     }
-    for (const IpsRecord& record : records)
-        if (pwrite(fd, record.data, record.size, record.offset) != static_cast<ssize_t>(record.size)) return false;
-    return true;
+    if (length < current && ftruncate(fd, static_cast<off_t>(length)) != 0) return MappedWrite::Failed;
+    return MappedWrite::Written;
 }
 
 bool WriteRecordsToFile(const char* path, const std::vector<IpsRecord>& records) {
     int fd = open(path, O_RDWR | O_CLOEXEC);
     if (fd < 0) return false;
-    bool written = WriteRecordsIntoOpenFile(fd, records);
-    return close(fd) == 0 && written;
+    MappedWrite written = WriteRecordsIntoOpenFile(fd, records);
+    if (close(fd) != 0) return false;
+    if (written == MappedWrite::NotMappable) return RewriteWithRecords(path, records);
+    return written == MappedWrite::Written;
 }
 #endif
 

@@ -1,12 +1,12 @@
 #include "core/rom_slots.h"
 
 #include <cstdio>
-#include <cstring>
 #include <string>
 #include <vector>
 
 #include "core/file_bytes.h"
 #include "core/last_error.h"
+#include "core/path_names.h"
 #include "core/text_compare.h"
 #include "trelvane.h"
 
@@ -37,20 +37,6 @@ RomSlot slots[MAX_ROMS];
 long slotsInUse = 0;
 long mostRecentLoad = 0;
 long currentHandle = 0;
-
-// The part of path behind its last directory separator. Windows paths use
-// "\"; elsewhere "/" separates directories as well.
-const char* BaseName(const char* path) {
-    const char* base = path;
-    for (const char* p = path; *p; ++p) {
-#ifdef _WIN32
-        if (*p == '\\') base = p + 1;
-#else
-        if (*p == '\\' || *p == '/') base = p + 1;
-#endif
-    }
-    return base;
-}
 
 const RomFormat* FindFormat(const char* extension) {
     for (const RomFormat& format : kRomFormats)
@@ -100,7 +86,7 @@ long Trelvane_LoadROM(const char* path) {
     if (!path) path = "";
     if (slotsInUse == 0)
         for (RomSlot& slot : slots) slot = RomSlot();
-    const char* dot = std::strchr(BaseName(path), '.');
+    const char* dot = FirstDotOfBaseName(path);
     if (!dot) return SetError(TLERR_FILE_NOEXT, path, 0, 0);
     const RomFormat* format = FindFormat(dot + 1);
     if (!format) return SetError(TLERR_FILE_BADEXT, path, 0, 0, dot);

@@ -1,5 +1,7 @@
-// Uncompressed 16-colour BMP files: 118 bytes of headers and palette, then
-// rows of two pixels a byte, bottom row first, without padding.
+// 16-colour BMP files. Written: 118 bytes of headers and palette, then rows
+// of two pixels a byte, bottom row first, without padding. Read: that layout,
+// and the uncompressed 4-bit and 8-bit files other programs write, whose
+// pixels start where the file says and whose rows are padded to 32 bits.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -10,6 +12,7 @@
 #include "core/last_error.h"
 #include "core/little_endian.h"
 #include "core/output_file.h"
+#include "gfx/bmp_pixel_rows.h"
 #include "trelvane.h"
 
 namespace {
@@ -39,9 +42,14 @@ constexpr unsigned char kTwoTonePalette[BMP_PALETTE_SIZE] = {
     0x00, 0x00, 0x50, 0, 0x50, 0x00, 0x50, 0, 0xA0, 0x00, 0x50, 0, 0xFF, 0x00, 0x50, 0,
 };
 
-constexpr size_t kWidthAt = 18, kHeightAt = 22, kColoursUsedAt = 46;
+constexpr size_t kPixelDataOffsetAt = 10, kInfoHeaderSizeAt = 14, kWidthAt = 18, kHeightAt = 22, kBitsPerPixelAt = 28,
+                 kCompressionAt = 30, kColoursUsedAt = 46;
+// The file header in front of the information header.
+constexpr size_t kFileHeaderSize = 14;
+// The smallest information header that has the fields read here.
+constexpr uint32_t kSmallestInfoHeaderSize = 40;
+constexpr uint32_t kNoCompression = 0;
 constexpr unsigned kColours = 16;
-constexpr long kLargestPixelValue = 15;
 
 uint64_t RowBytes(long width) { return static_cast<uint64_t>(width / 2); }
 
@@ -74,12 +82,12 @@ void WriteHeader(unsigned char* header, long width, long height) {
     header[0] = 'B';
     header[1] = 'M';
     WriteLittleEndian(header + 2, static_cast<uint32_t>(BMP_PIXEL_DATA_OFFSET + RowBytes(width) * height), 4);
-    WriteLittleEndian(header + 10, BMP_PIXEL_DATA_OFFSET, 4);
-    WriteLittleEndian(header + 14, 40, 4);
+    WriteLittleEndian(header + kPixelDataOffsetAt, BMP_PIXEL_DATA_OFFSET, 4);
+    WriteLittleEndian(header + kInfoHeaderSizeAt, kSmallestInfoHeaderSize, 4);
     WriteLittleEndian(header + kWidthAt, static_cast<uint32_t>(width), 4);
     WriteLittleEndian(header + kHeightAt, static_cast<uint32_t>(height), 4);
     WriteLittleEndian(header + 26, 1, 2);
-    WriteLittleEndian(header + 28, 4, 2);
+    WriteLittleEndian(header + kBitsPerPixelAt, 4, 2);
     WriteLittleEndian(header + kColoursUsedAt, kColours, 4);
 }
 
@@ -102,31 +110,54 @@ bool WritePixelRows(std::FILE* file, const unsigned char* pixels, long width, lo
     return ok && std::fwrite(buffer, 1, used, file) == used;
 }
 
-// Unpacks rows of two pixels a byte, bottom row first, into the array.
-void UnpackPixelRows(const unsigned char* packed, unsigned char* pixels, long width, long height) {
-    std::fill(pixels, pixels + width * height, 0);  // an odd width leaves its last column unstored
-    for (long y = height - 1; y >= 0; --y) {
-        unsigned char* row = pixels + y * width;
-        for (uint64_t k = 0; k < RowBytes(width); ++k, ++packed) {
-            row[2 * k] = *packed >> 4;
-            row[2 * k + 1] = *packed & 0x0F;
-        }
-    }
+// Refuses the file named file as no bitmap.
+bool RefuseAsInvalid(const char* file) { return SetError(TLERR_FILE_INVALID, file, 0, 0, "bitmap file"); }
+
+// Refuses a form of bitmap this module does not read, named by what.
+bool RefuseForm(const std::string& what) { return SetError(TLERR_UNSUPPORTED, "", 0, 0, what.c_str()); }
+
+// Checks that the headers describe a form of bitmap that is read: 4 or 8
+// bits a pixel, uncompressed, 16 colours used.
+bool CheckForm(const std::vector<unsigned char>& bytes) {
+    const uint32_t infoSize = ReadLittleEndian(bytes.data() + kInfoHeaderSizeAt, 4);
+    if (infoSize < kSmallestInfoHeaderSize) return RefuseForm(std::to_string(infoSize) + "-byte bmp header");
+    const uint32_t bits = ReadLittleEndian(bytes.data() + kBitsPerPixelAt, 2);
+    if (bits != 4 && bits != 8) return RefuseForm(std::to_string(bits) + "-bit bmp");
+    if (ReadLittleEndian(bytes.data() + kCompressionAt, 4) != kNoCompression) return RefuseForm("compressed bmp");
+    if (ReadLittleEndian(bytes.data() + kColoursUsedAt, 2) != kColours) return RefuseForm("256 color bmp");
+    return true;
 }
 
-// Checks the headers of a bitmap file's bytes: its pixels must fit the
-// caller's array and all be there. False after reporting why the file named
-// file is refused.
-bool CheckBitmap(const std::vector<unsigned char>& bytes, const char* file, int64_t& width, int64_t& height) {
-    if (bytes.size() < BMP_HEADER_SIZE || bytes[0] != 'B' || bytes[1] != 'M')
-        return SetError(TLERR_FILE_INVALID, file, 0, 0, "bitmap file");
-    if (ReadLittleEndian(bytes.data() + kColoursUsedAt, 2) != kColours)
-        return SetError(TLERR_UNSUPPORTED, "", 0, 0, "256 color bmp");
+// Finds the pixel rows of a file whose form CheckForm accepted. Rows are
+// padded to 32 bits, except in files as this module writes them: 4-bit rows
+// of width / 2 bytes, the file ending right behind them. False when the
+// rows lie outside the file.
+bool FindPixelRows(const std::vector<unsigned char>& bytes, int64_t width, int64_t height, BmpPixelRows& rows) {
+    const uint64_t start = ReadLittleEndian(bytes.data() + kPixelDataOffsetAt, 4);
+    const uint64_t headersEnd = kFileHeaderSize + ReadLittleEndian(bytes.data() + kInfoHeaderSizeAt, 4);
+    if (start < headersEnd || start > bytes.size()) return false;
+    const uint64_t available = bytes.size() - start;
+    rows.bottomRow = bytes.data() + start;
+    rows.bitsPerPixel = ReadLittleEndian(bytes.data() + kBitsPerPixelAt, 2);
+    rows.rowBytes = PaddedBmpRowBytes(width, rows.bitsPerPixel);
+    rows.storedWidth = width;
+    if (rows.rowBytes * static_cast<uint64_t>(height) <= available) return true;
+    rows.rowBytes = RowBytes(static_cast<long>(width));
+    rows.storedWidth = 2 * static_cast<int64_t>(rows.rowBytes);
+    return rows.bitsPerPixel == 4 && rows.rowBytes * static_cast<uint64_t>(height) == available;
+}
+
+// Checks a bitmap file's bytes: its form must be one that is read, its
+// pixels must fit the caller's array and all be in the file. False after
+// reporting why the file named file is refused.
+bool CheckBitmap(const std::vector<unsigned char>& bytes, const char* file, int64_t& width, int64_t& height,
+                 BmpPixelRows& rows) {
+    if (bytes.size() < BMP_HEADER_SIZE || bytes[0] != 'B' || bytes[1] != 'M') return RefuseAsInvalid(file);
+    if (!CheckForm(bytes)) return false;
     width = static_cast<int32_t>(ReadLittleEndian(bytes.data() + kWidthAt, 4));
     height = static_cast<int32_t>(ReadLittleEndian(bytes.data() + kHeightAt, 4));
     if (!FitsPixelArray(width, height)) return RefuseSize(width, height);
-    if (bytes.size() < BMP_PIXEL_DATA_OFFSET + RowBytes(static_cast<long>(width)) * height)
-        return SetError(TLERR_FILE_INVALID, file, 0, 0, "bitmap file");
+    if (!FindPixelRows(bytes, width, height, rows)) return RefuseAsInvalid(file);
     return true;
 }
 
@@ -141,7 +172,7 @@ long Trelvane_WriteBMP(const char* file, const unsigned char* pixels, long width
     const unsigned largest = count ? *std::max_element(pixels, pixels + count) : 0;
     std::FILE* out = CreateOutputFile(file);
     if (!out) return SetError(TLERR_FILE_NOCREATE, file, 0, 0);
-    if (largest > kLargestPixelValue) {
+    if (largest > BMP_LARGEST_PIXEL_VALUE) {
         std::fclose(out);
         return SetError(TLERR_UNSUPPORTED, "", 0, 0, "256 color bmp");
     }
@@ -159,9 +190,12 @@ long Trelvane_LoadBMP(const char* file, unsigned char* pixels, long* width, long
     std::vector<unsigned char> bytes;
     if (!ReadFileBytes(file, bytes)) return SetError(TLERR_FILE_NOREAD, file, 0, 0);
     int64_t fileWidth = 0, fileHeight = 0;
-    if (!CheckBitmap(bytes, file, fileWidth, fileHeight)) return 0;
-    UnpackPixelRows(bytes.data() + BMP_PIXEL_DATA_OFFSET, pixels, static_cast<long>(fileWidth),
-                    static_cast<long>(fileHeight));
+    BmpPixelRows rows{};
+    if (!CheckBitmap(bytes, file, fileWidth, fileHeight, rows)) return 0;
+    // Unpacked apart from the caller's array, which a refused file leaves as it was.
+    std::vector<unsigned char> unpacked(static_cast<size_t>(fileWidth * fileHeight));
+    if (!UnpackBmpRows(rows, fileWidth, fileHeight, unpacked.data())) return RefuseForm("256 color bmp");
+    std::copy(unpacked.begin(), unpacked.end(), pixels);
     *width = static_cast<long>(fileWidth);
     *height = static_cast<long>(fileHeight);
     return -1;

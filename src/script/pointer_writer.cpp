@@ -7,9 +7,9 @@
 #include "core/rom_slots.h"
 #include "trelvane.h"
 
-PointerDestination ThePointerDestination;
-
 namespace {
+
+PointerDestination destination;
 
 bool RefusePointerAt(int64_t offset) {
     char what[64];
@@ -21,12 +21,14 @@ bool Inside(int64_t offset, int64_t length) { return offset != POINTER_UNSET && 
 
 }  // namespace
 
-int32_t PointerFrequency() {
-    return ThePointerDestination.frequency == POINTER_UNSET ? 1 : ThePointerDestination.frequency;
-}
+const PointerDestination& CurrentPointerDestination() { return destination; }
+
+void SetPointerDestination(const PointerDestination& changed) { destination = changed; }
+
+int32_t PointerFrequency() { return destination.frequency == POINTER_UNSET ? 1 : destination.frequency; }
 
 bool WritePointer(int64_t value) {
-    PointerDestination& at = ThePointerDestination;
+    PointerDestination& at = destination;
     if (at.size != POINTER_UNSET) {
         if (!Inside(at.table, at.size)) return RefusePointerAt(at.table);
         WriteLittleEndian(CurrentRom().data + at.table, static_cast<uint32_t>(value), at.size);

@@ -14,7 +14,11 @@ struct PointerDestination {
     int32_t size = POINTER_UNSET;  // unset: the table is split
 };
 
-extern PointerDestination ThePointerDestination;
+// The destination, read-only: only SetPointerDestination (the script
+// header's pointer commands) and WritePointer change it.
+const PointerDestination& CurrentPointerDestination();
+
+void SetPointerDestination(const PointerDestination& destination);
 
 // Strings per pointer: an unset frequency counts as 1.
 int32_t PointerFrequency();

@@ -71,8 +71,8 @@ void ReadFirstPointer(SourceReader& reader, ScriptHeader& header) {
     header.firstPointer = NumberValue(reader);
 }
 
-bool ReadCommand(SourceReader& reader, int32_t kind, ScriptHeader& header) {
-    PointerDestination& pointers = ThePointerDestination;
+// One header command; the pointer commands set their field of pointers.
+bool ReadCommandInto(SourceReader& reader, int32_t kind, ScriptHeader& header, PointerDestination& pointers) {
     switch (kind) {
         case HEADER_TOKEN_COMMENT: reader.SkipLine(); return true;
         case HEADER_TOKEN_LOAD: return ReadLoad(reader);
@@ -89,6 +89,14 @@ bool ReadCommand(SourceReader& reader, int32_t kind, ScriptHeader& header) {
             return SetError(TLERR_UNKNOWN, reader.FileName(), reader.TokenLine(), reader.TokenColumn(),
                             reader.TokenText());
     }
+}
+
+// The pointer commands change the program-wide pointer destination.
+bool ReadCommand(SourceReader& reader, int32_t kind, ScriptHeader& header) {
+    PointerDestination pointers = CurrentPointerDestination();
+    const bool read = ReadCommandInto(reader, kind, header, pointers);
+    SetPointerDestination(pointers);
+    return read;
 }
 
 }  // namespace

@@ -104,14 +104,14 @@ bool Insertion::AddTextLine(const std::string& line, int32_t lineNumber) {
 
 bool Insertion::EncodeString(int32_t column) {
     while (!text_.empty() && text_.back() == '\n') text_.pop_back();
-    const unsigned char* bytes = EncodeText(fontId_, text_.c_str());
-    if (!bytes) return SetError(TLERR_TEXT_NOENCODE, reader_.FileName(), sectionLine_, column, text_.c_str());
-    size_t length = static_cast<size_t>(EncodedLength());
+    const EncodedText encoded = EncodeText(fontId_, text_.c_str());
+    if (!encoded.bytes) return SetError(TLERR_TEXT_NOENCODE, reader_.FileName(), sectionLine_, column, text_.c_str());
+    size_t length = static_cast<size_t>(encoded.length);
     if (group_.size() + length > kMaxGroupBytes) {
         std::string what = "A pointer's group of more than " + Decimal(kMaxGroupBytes) + " bytes";
         return SetError(TLERR_UNSUPPORTED, reader_.FileName(), 0, 0, what.c_str());
     }
-    group_.insert(group_.end(), bytes, bytes + length);
+    group_.insert(group_.end(), encoded.bytes, encoded.bytes + length);
     text_.clear();
     return true;
 }
@@ -120,7 +120,7 @@ bool Insertion::EncodeString(int32_t column) {
 // they come.
 bool Insertion::EndString() {
     if (!EncodeString(1)) return false;
-    if (ThePointerDestination.table == POINTER_UNSET) {
+    if (CurrentPointerDestination().table == POINTER_UNSET) {
         PlaceGroup();
         return true;
     }
@@ -162,7 +162,7 @@ bool Insertion::FinishSection() {
     if (!text_.empty() && !EncodeString(reader_.TokenColumn())) return false;
     ++strings_;
     if (group_.empty()) return true;
-    if (ThePointerDestination.table != POINTER_UNSET && !WritePointer(end_)) return false;
+    if (CurrentPointerDestination().table != POINTER_UNSET && !WritePointer(end_)) return false;
     PlaceGroup();
     return true;
 }

@@ -6,8 +6,8 @@
 int32_t MeasureString(long fontId, int64_t offset) {
     if (!RomRangeInside(offset, 1)) return -1;
     const unsigned char* image = CurrentRom().data;
-    if (!DecodeText(fontId, image + offset, image + CurrentRom().size)) return -1;
-    return EncodedLength();
+    const DecodedText decoded = DecodeText(fontId, image + offset, image + CurrentRom().size);
+    return decoded.text ? decoded.consumed : -1;
 }
 
 int64_t EndOfStrings(long fontId, int64_t offset, int32_t count) {

@@ -1,6 +1,5 @@
 // Loading a character table: the file name's extension picks the reader.
-#include <cstring>
-
+#include "core/path_names.h"
 #include "core/text_compare.h"
 #include "table/table_reader.h"
 #include "table/thingy_reader.h"
@@ -8,12 +7,10 @@
 
 namespace {
 
-// True when the name's extension (behind the last "." of its last path
-// component) is "tbl" in any case.
+// True when the name's extension after the last dot is "tbl" in any case.
 bool IsThingyName(const char* name) {
-    const char* at = name + std::strlen(name);
-    while (at > name && at[-1] != '.' && at[-1] != '\\' && at[-1] != '/') --at;
-    return at > name && at[-1] == '.' && SameTextIgnoringCase(at, "tbl");
+    const char* dot = LastDotOfBaseName(name);
+    return dot && SameTextIgnoringCase(dot + 1, "tbl");
 }
 
 }  // namespace

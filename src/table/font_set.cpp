@@ -7,9 +7,9 @@
 #include "core/last_error.h"
 #include "trelvane.h"
 
-FontSet TheFontSet;
-
 namespace {
+
+FontSet fontSet;
 
 // The index lists, for every first byte, the entries whose text starts with
 // it: a counting sort keeps entry-index order inside each byte's run.
@@ -55,13 +55,15 @@ void ShareCodes(const Font& from, Font& to) {
 
 }  // namespace
 
+const FontSet& CurrentFontSet() { return fontSet; }
+
 void ResetFontSet() {
     static const FontSet empty;
-    TheFontSet = empty;
+    fontSet = empty;
 }
 
 const Font* FindFont(long id, const char* file) {
-    if (id >= 1 && id <= TheFontSet.fontCount) return &TheFontSet.fonts[id - 1];
+    if (id >= 1 && id <= fontSet.fontCount) return &fontSet.fonts[id - 1];
     SetError(TLERR_ID_BAD, file, 0, 0, "font", std::to_string(id).c_str());
     return nullptr;
 }
@@ -69,14 +71,14 @@ const Font* FindFont(long id, const char* file) {
 const char* InternString(const char* text) {
     // A stored text ends with its zero byte, so searching for the text with
     // its own zero byte finds exactly the stored texts it is a tail of.
-    std::string_view stored(TheFontSet.pool, static_cast<size_t>(TheFontSet.poolEnd));
+    std::string_view stored(fontSet.pool, static_cast<size_t>(fontSet.poolEnd));
     std::string_view wanted(text, std::strlen(text) + 1);
     size_t found = stored.find(wanted);
-    if (found != std::string_view::npos) return TheFontSet.pool + found;
-    if (wanted.size() > static_cast<size_t>(POOL_SIZE - TheFontSet.poolEnd)) return nullptr;
-    char* place = TheFontSet.pool + TheFontSet.poolEnd;
+    if (found != std::string_view::npos) return fontSet.pool + found;
+    if (wanted.size() > static_cast<size_t>(POOL_SIZE - fontSet.poolEnd)) return nullptr;
+    char* place = fontSet.pool + fontSet.poolEnd;
     std::memcpy(place, wanted.data(), wanted.size());
-    TheFontSet.poolEnd += static_cast<int>(wanted.size());
+    fontSet.poolEnd += static_cast<int>(wanted.size());
     return place;
 }
 
@@ -88,9 +90,13 @@ bool SetEntryText(Font& font, int entry, const char* text) {
 }
 
 Font* NextFreeSlot(const char* file) {
-    if (TheFontSet.fontCount < MAX_FONTS) return &TheFontSet.fonts[TheFontSet.fontCount];
+    if (fontSet.fontCount < MAX_FONTS) return &fontSet.fonts[fontSet.fontCount];
     SetError(TLERR_FILE_TOOMANY, file, 0, 0, "fonts");
     return nullptr;
+}
+
+Font* SlotBeingLoaded(int slot) {
+    return slot >= fontSet.fontCount && slot < MAX_FONTS ? &fontSet.fonts[slot] : nullptr;
 }
 
 int DefineTwoByteCode(Font& font, uint16_t code) {
@@ -104,13 +110,12 @@ int DefineTwoByteCode(Font& font, uint16_t code) {
 }
 
 long CompleteLoad(const char* file, int slots) {
-    int first = TheFontSet.fontCount;
-    Font& font = TheFontSet.fonts[first];
+    int first = fontSet.fontCount;
+    Font& font = fontSet.fonts[first];
     if (!HasTerminalCode(font)) return SetError(TLERR_NO_TERMINALS, file, 0, 0);
-    if (slots == 2) ShareCodes(font, TheFontSet.fonts[first + 1]);
-    for (int slot = first; slot < first + slots; ++slot) BuildEncoderIndex(TheFontSet.fonts[slot]);
-    TheFontSet.fontCount = static_cast<uint8_t>(first + slots);
+    if (slots == 2) ShareCodes(font, fontSet.fonts[first + 1]);
+    for (int slot = first; slot < first + slots; ++slot) BuildEncoderIndex(fontSet.fonts[slot]);
+    fontSet.fontCount = static_cast<uint8_t>(first + slots);
     return first + 1;
 }
 
-int32_t EncodedLength() { return TheFontSet.lastLength; }

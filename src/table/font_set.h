@@ -1,5 +1,5 @@
-// The program-wide set of loaded character tables ("fonts"): two slots, the
-// string pool their texts live in, and the codecs' output areas.
+// The program-wide set of loaded character tables ("fonts"): two slots and
+// the string pool their texts live in.
 #pragma once
 
 #include <cstdint>
@@ -44,16 +44,15 @@ struct Font {
 };
 
 struct FontSet {
-    unsigned char encoderOutput[ENCODER_AREA_SIZE] = {};
-    char decoderOutput[DECODER_AREA_SIZE] = {};
     Font fonts[MAX_FONTS];
     uint8_t fontCount = 0;
     char pool[POOL_SIZE] = {};
     int poolEnd = 0;
-    int32_t lastLength = 0;
 };
 
-extern FontSet TheFontSet;
+// The loaded fonts, read-only: only loading (through NextFreeSlot and
+// SlotBeingLoaded, ended by CompleteLoad) and ResetFontSet change them.
+const FontSet& CurrentFontSet();
 
 // Empties every slot and the pool, as at program start.
 void ResetFontSet();
@@ -72,6 +71,10 @@ bool SetEntryText(Font& font, int entry, const char* text);
 // no slot is left.
 Font* NextFreeSlot(const char* file);
 
+// A slot that the load in progress fills: the next free one or one behind it.
+// Null for a slot that is loaded already or does not exist.
+Font* SlotBeingLoaded(int slot);
+
 // Defines the next two-byte code of font and returns its entry index, or 0
 // after reporting when the font already holds TWO_BYTE_LIMIT of them.
 int DefineTwoByteCode(Font& font, uint16_t code);
@@ -89,6 +92,3 @@ long CompleteLoad(const char* file, int slots);
 inline uint16_t TwoByteCodeOf(const Font& font, int entry) {
     return font.twoByteCodes[entry - TWO_BYTE_FIRST_ENTRY];
 }
-
-// The number of bytes written by the last encode, or consumed by the last decode.
-int32_t EncodedLength();

@@ -37,8 +37,8 @@ public:
     bool HasAlternatives() const { return hasAlternatives_; }
 
 private:
-    Font& Main() { return TheFontSet.fonts[slot_]; }
-    Font* Alternative() { return slot_ + 1 < MAX_FONTS ? &TheFontSet.fonts[slot_ + 1] : nullptr; }
+    Font& Main() { return *SlotBeingLoaded(slot_); }
+    Font* Alternative() { return SlotBeingLoaded(slot_ + 1); }
 
     // The token's text without its enclosing characters: brackets, quotes or braces.
     std::string Enclosed() const {
@@ -114,7 +114,7 @@ private:
         if (number < 1 || number > 2) return SkipMisplaced("1 or 2");
         if (reader_.NextToken() != TABLE_TOKEN_COMMA) return SkipMisplaced("comma");
         uint8_t rule = reader_.NextToken() == TABLE_TOKEN_ROMANJI ? FONT_RULE_ROMANJI : 0;
-        if (slot_ + number - 1 < MAX_FONTS) TheFontSet.fonts[slot_ + number - 1].rule = rule;
+        if (Font* font = SlotBeingLoaded(slot_ + number - 1)) font->rule = rule;
     }
 
     void SkipMisplaced(const char* expected) {
@@ -138,7 +138,7 @@ long ReadTableFile(const char* name) {
         std::printf("loadFile failed on '%s'\n", name);
         return 0;
     }
-    TableFileLoader loader(reader, name, TheFontSet.fontCount);
+    TableFileLoader loader(reader, name, CurrentFontSet().fontCount);
     if (!loader.ReadStatements()) return 0;
     return CompleteLoad(name, loader.HasAlternatives() ? 2 : 1);
 }

@@ -15,6 +15,9 @@ namespace {
 // fails on reaching it (romaji).
 constexpr size_t kCutLength = 1984;
 
+// Where every decode writes its text; the text stays there until the next decode.
+char decoderArea[DECODER_AREA_SIZE];
+
 // The decoder's output area. Characters past its last byte but one are
 // dropped, so that one very long entry text cannot overrun it.
 class DecodeOutput {
@@ -42,10 +45,9 @@ public:
     char Last(size_t back = 0) const { return length_ > back ? area_[length_ - 1 - back] : 0; }
     void DropLast() { --length_; }
     void ReplaceLast(char c) { area_[length_ - 1] = c; }
-    const char* Finish(long consumed) {
+    DecodedText Finish(long consumed) {
         area_[length_] = 0;
-        TheFontSet.lastLength = static_cast<int32_t>(consumed);
-        return area_;
+        return {area_, static_cast<int32_t>(consumed)};
     }
 
 private:
@@ -55,7 +57,7 @@ private:
         Put(digits[byte >> 4]);
         Put(digits[byte & 15]);
     }
-    char* area_ = TheFontSet.decoderOutput;
+    char* area_ = decoderArea;
     size_t length_ = 0;
 };
 
@@ -97,13 +99,13 @@ void WriteParameterCode(DecodeOutput& out, const Font& font, const Code& code, c
     out.Put(text + mark + 1);
 }
 
-const char* FinishCutShort(DecodeOutput& out, const unsigned char* first, const unsigned char* at,
+DecodedText FinishCutShort(DecodeOutput& out, const unsigned char* first, const unsigned char* at,
                            const unsigned char* end) {
     while (at < end) out.PutRawByte(*at++);
     return out.Finish(end - first);
 }
 
-const char* DecodePlain(const Font& font, const unsigned char* first, const unsigned char* end) {
+DecodedText DecodePlain(const Font& font, const unsigned char* first, const unsigned char* end) {
     DecodeOutput out;
     const unsigned char* at = first;
     while (at < end) {
@@ -162,7 +164,7 @@ void WriteJoiner(DecodeOutput& out, const char* joinerText, const char* next) {
 
 }  // namespace
 
-const char* DecodeRomanji(const Font& font, const unsigned char* first, const unsigned char* end) {
+DecodedText DecodeRomanji(const Font& font, const unsigned char* first, const unsigned char* end) {
     DecodeOutput out;
     const unsigned char* at = first;
     while (at < end) {
@@ -181,7 +183,7 @@ const char* DecodeRomanji(const Font& font, const unsigned char* first, const un
                 WriteJoiner(out, text, NextCodeText(font, at + code.size, end));
             else
                 WriteCodeText(out, font, code, at);
-            if (out.Length() >= kCutLength) return nullptr;
+            if (out.Length() >= kCutLength) return {};
             at += code.size;
             if (flags & ENTRY_NEWLINE) out.Put('\n');
         }
@@ -190,9 +192,9 @@ const char* DecodeRomanji(const Font& font, const unsigned char* first, const un
     return out.Finish(at - first);
 }
 
-const char* DecodeText(long fontId, const unsigned char* first, const unsigned char* end) {
+DecodedText DecodeText(long fontId, const unsigned char* first, const unsigned char* end) {
     const Font* font = FindFont(fontId);
-    if (!font) return nullptr;
+    if (!font) return {};
     if (font->rule == FONT_RULE_ROMANJI) return DecodeRomanji(*font, first, end);
     return DecodePlain(*font, first, end);
 }
@@ -204,7 +206,7 @@ extern "C" char* Trelvane_Decode(long id, long address, long* length) {
         SetError(TLERR_ID_BAD, "", 0, 0, "address", std::to_string(address).c_str());
         return nullptr;
     }
-    const char* text = DecodeText(id, CurrentRom().data + address, CurrentRom().data + CurrentRom().size);
-    if (text && length) *length = EncodedLength();
-    return const_cast<char*>(text);
+    const DecodedText decoded = DecodeText(id, CurrentRom().data + address, CurrentRom().data + CurrentRom().size);
+    if (decoded.text && length) *length = decoded.consumed;
+    return const_cast<char*>(decoded.text);
 }

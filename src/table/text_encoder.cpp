@@ -2,12 +2,16 @@
 
 #include <cstring>
 
+#include "core/hex_digit.h"
 #include "core/last_error.h"
 #include "core/text_compare.h"
 #include "table/font_set.h"
 #include "trelvane.h"
 
 namespace {
+
+// Where every encode writes its bytes; they stay there until the next encode.
+unsigned char encoderArea[ENCODER_AREA_SIZE];
 
 struct Match {
     int entry = -1;  // -1 while nothing matched
@@ -16,12 +20,8 @@ struct Match {
     unsigned char parameters[2] = {};
 };
 
-int HexValueOrZero(char c) {
-    if (c >= '0' && c <= '9') return c - '0';
-    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-    return 0;
-}
+// A written byte's digit: anything but a hexadecimal digit counts as 0.
+int HexValueOrZero(char c) { return IsHexDigit(c) ? HexDigitValue(c) : 0; }
 
 // Two characters read as one byte; false when the text ends before them.
 bool ReadHexByte(const char*& at, unsigned char& byte) {
@@ -129,24 +129,23 @@ public:
         uint16_t code = TwoByteCodeOf(font, entry);
         return Put(static_cast<unsigned char>(code >> 8)) && Put(static_cast<unsigned char>(code));
     }
-    const unsigned char* Finish() {
+    EncodedText Finish() {
         area_[length_] = 0;
-        TheFontSet.lastLength = static_cast<int32_t>(length_);
-        return area_;
+        return {area_, static_cast<int32_t>(length_)};
     }
 
 private:
     // One byte of the area stays free for the zero byte behind the output.
     static constexpr size_t kMaxLength = ENCODER_AREA_SIZE - 1;
-    unsigned char* area_ = TheFontSet.encoderOutput;
+    unsigned char* area_ = encoderArea;
     size_t length_ = 0;
 };
 
 }  // namespace
 
-const unsigned char* EncodeText(long fontId, const char* text) {
+EncodedText EncodeText(long fontId, const char* text) {
     const Font* font = FindFont(fontId);
-    if (!font) return nullptr;
+    if (!font) return {};
     EncodeOutput out;
     int lastEntry = TWO_BYTE_FIRST_ENTRY;  // never has flags
     size_t consumed = 0;
@@ -154,15 +153,15 @@ const unsigned char* EncodeText(long fontId, const char* text) {
         const char* at = text + consumed;
         Match match = *at == '\\' ? MatchBackslash(*font, consumed) : MatchTableText(*font, at);
         if (match.entry < 0 && *at != '\\') match = MatchFallback(*font, at);
-        if (match.entry < 0 || !out.PutCode(*font, match.entry)) return nullptr;
+        if (match.entry < 0 || !out.PutCode(*font, match.entry)) return {};
         for (int i = 0; i < match.parameterCount; ++i)
-            if (!out.Put(match.parameters[i])) return nullptr;
+            if (!out.Put(match.parameters[i])) return {};
         lastEntry = match.entry;
         consumed += match.length;
     }
     if (!(font->flags[lastEntry] & ENTRY_TERMINAL)) {
         int terminal = font->index.terminalEntry;
-        if (terminal < 0 || !out.PutCode(*font, terminal)) return nullptr;
+        if (terminal < 0 || !out.PutCode(*font, terminal)) return {};
     }
     return out.Finish();
 }
@@ -171,11 +170,11 @@ extern "C" char* Trelvane_Encode(long id, const char* text, long* length) {
     if (!text) text = "";
     if (length) *length = 0;
     if (!FindFont(id)) return nullptr;
-    const unsigned char* bytes = EncodeText(id, text);
-    if (!bytes) {
+    const EncodedText encoded = EncodeText(id, text);
+    if (!encoded.bytes) {
         SetError(TLERR_NOENCODE, "", 0, 0, text);
         return nullptr;
     }
-    if (length) *length = EncodedLength();
-    return reinterpret_cast<char*>(const_cast<unsigned char*>(bytes));
+    if (length) *length = encoded.length;
+    return reinterpret_cast<char*>(const_cast<unsigned char*>(encoded.bytes));
 }

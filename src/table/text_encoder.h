@@ -1,10 +1,18 @@
 // The text encoder: script text to game bytes through a loaded font.
 #pragma once
 
+#include <cstdint>
+
+// Encoded text: its bytes (in the font set's encoder area; null when the
+// encode failed) and their count.
+struct EncodedText {
+    const unsigned char* bytes = nullptr;
+    int32_t length = 0;
+};
+
 // Encodes the zero-terminated text with the font of that ID and appends a
 // terminal code unless the text ends with one. Returns the bytes (followed by
-// a zero byte) in the font set's encoder area and sets the last length to
-// their count. Null when the text cannot be encoded or its bytes would not fit
+// a zero byte) in the font set's encoder area and their count. No bytes when the text cannot be encoded or its bytes would not fit
 // in the area (nothing reported), or when the font ID names no loaded font
 // (reported).
-const unsigned char* EncodeText(long fontId, const char* text);
+EncodedText EncodeText(long fontId, const char* text);

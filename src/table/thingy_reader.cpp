@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "core/file_bytes.h"
+#include "core/hex_digit.h"
 #include "core/last_error.h"
 #include "table/font_set.h"
 #include "trelvane.h"
@@ -12,13 +13,6 @@
 namespace {
 
 constexpr int kEnd = -1;
-
-int HexDigitValue(int c) {
-    if (c >= '0' && c <= '9') return c - '0';
-    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-    return -1;
-}
 
 bool IsLineEnd(int c) { return c == '\r' || c == '\n'; }
 
@@ -91,7 +85,7 @@ private:
     bool ReadCode(int& entry) {
         unsigned value = 0;
         int digits = 0;
-        for (; digits < 4 && HexDigitValue(Peek()) >= 0; ++digits) {
+        for (; digits < 4 && IsHexDigit(Peek()); ++digits) {
             value = value * 16 + static_cast<unsigned>(HexDigitValue(Peek()));
             Advance();
         }

@@ -8,24 +8,12 @@
 #include <new>
 
 #include "core/file_bytes.h"
+#include "core/hex_digit.h"
+#include "core/path_names.h"
 
 namespace {
 
-bool IsSeparator(char c) { return c == '/' || c == '\\'; }
-
 bool IsSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
-
-// True when the last ".", "/" or "\" of name (or its first character) is a ".".
-bool HasExtension(const std::string& name) {
-    size_t i = name.size();
-    while (i > 1 && name[i - 1] != '.' && !IsSeparator(name[i - 1])) --i;
-    return i > 0 && name[i - 1] == '.';
-}
-
-std::string BaseName(const std::string& path) {
-    const size_t separator = path.find_last_of("/\\");
-    return separator == std::string::npos ? path : path.substr(separator + 1);
-}
 
 // The name handed to the file system. Windows opens "script." as "script"; elsewhere the
 // trailing dot that an empty default extension leaves is dropped to find the same file.
@@ -34,7 +22,7 @@ std::string SystemName(const std::string& name) {
     return name;
 #else
     const size_t n = name.size();
-    if (n >= 2 && name[n - 1] == '.' && name[n - 2] != '.' && !IsSeparator(name[n - 2])) return name.substr(0, n - 1);
+    if (n >= 2 && name[n - 1] == '.' && name[n - 2] != '.' && !IsFolderSeparator(name[n - 2])) return name.substr(0, n - 1);
     return name;
 #endif
 }
@@ -107,12 +95,12 @@ bool SourceReader::Open(const char* name, const char* defaultExtension) {
     if (frames_.empty()) PushFrame();
     SourceFrame& frame = *Top();
     std::string path = name ? name : "";
-    if (!HasExtension(path)) path.append(".").append(defaultExtension ? defaultExtension : "");
+    if (!LastDotOfBaseName(path.c_str())) path.append(".").append(defaultExtension ? defaultExtension : "");
     frame.fileName = path;
     std::vector<char> text;
     if (!ReadSourceText(SystemName(path), text)) return false;
     frame.textBuffer = std::move(text);
-    frame.fileName = BaseName(path);
+    frame.fileName = BaseName(path.c_str());
     frame.lineStart = frame.textBuffer.data();
     frame.line = 1;
     frame.column = 1;
@@ -241,9 +229,7 @@ int32_t ParseHex(const char* text) {
     uint32_t value = 0;
     for (const char* c = text; *c; ++c) {
         value <<= 4;
-        if (*c >= '0' && *c <= '9') value += static_cast<uint32_t>(*c - '0');
-        else if (*c >= 'A' && *c <= 'F') value += static_cast<uint32_t>(*c - 'A' + 10);
-        else if (*c >= 'a' && *c <= 'f') value += static_cast<uint32_t>(*c - 'a' + 10);
+        if (IsHexDigit(*c)) value += static_cast<uint32_t>(HexDigitValue(*c));
         else if (*c == 'h' || *c == 'H') value = static_cast<uint32_t>(static_cast<int32_t>(value) >> 4);
     }
     return static_cast<int32_t>(value);

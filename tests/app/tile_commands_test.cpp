@@ -68,4 +68,37 @@ TEST_F(TileCommandsTest, SheetsTravelThroughAnOrdinaryImageLibrary) {
     EXPECT_EQ(RunProgram(dir.path(), python, {script, "check", "dumped.bmp"}).status, 0);
 }
 
+// Sheets saved by an image library and by a converter in each layout they
+// write: f puts the indices the file holds into the image, tile by tile, or
+// refuses the file and leaves the image as it was.
+TEST_F(TileCommandsTest, InsertsWhatOtherProgramsSaveAndRefusesTheFormsNotRead) {
+    const std::string python = "/usr/bin/python3", script = TRELVANE_SOURCE_DIR "/tests/app/bmp_pattern.py";
+    if (RunProgram(dir.path(), python, {"-c", "import PIL"}).status != 0) GTEST_SKIP() << "PIL is not installed";
+    if (!FileExists("/usr/bin/convert")) GTEST_SKIP() << "ImageMagick is not installed";
+    const Bytes rom(512 + 8192, 0x5A);  // room for a 128 x 128 sheet of 4-bit tiles
+    for (const char* layout : {"pil-8bit", "magick-4bit", "magick-124-byte-header"}) {
+        // 18 pixels make padded rows in both 4-bit and 8-bit files.
+        for (const char* width : {"128", "18"}) {
+            SCOPED_TRACE(std::string(layout) + " " + width);
+            WriteFile(dir / "game.smc", rom);
+            ASSERT_EQ(RunProgram(dir.path(), python, {script, "save", layout, width, "16", "drawn.bmp"}).status, 0);
+            EXPECT_EQ(RunTrelvane(dir.path(), {"game.smc", "f", "0", "drawn.bmp", "SNES"}),
+                      (RunResult{0, "drawn.bmp: Graphics updated\n"}));
+            ASSERT_EQ(RunTrelvane(dir.path(), {"game.smc", "b", "0", "dumped.bmp", "SNES"}).status, 0);
+            EXPECT_EQ(RunProgram(dir.path(), python, {script, "tiles", "drawn.bmp", "dumped.bmp"}).status, 0);
+        }
+    }
+    const std::pair<const char*, const char*> refused[] = {
+        {"magick-24bit", "24-bit bmp not supported.\n"},
+        {"magick-1bit", "1-bit bmp not supported.\n"},
+        {"magick-rle8", "compressed bmp not supported.\n"},
+    };
+    WriteFile(dir / "game.smc", rom);
+    for (const auto& [layout, output] : refused) {
+        ASSERT_EQ(RunProgram(dir.path(), python, {script, "save", layout, "128", "16", "drawn.bmp"}).status, 0);
+        EXPECT_EQ(RunTrelvane(dir.path(), {"game.smc", "f", "0", "drawn.bmp", "SNES"}), (RunResult{255, output}));
+    }
+    EXPECT_EQ(ReadFile(dir / "game.smc"), rom);
+}
+
 }  // namespace

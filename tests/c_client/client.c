@@ -5,6 +5,24 @@
 
 #include "trelvane.h"
 
+/* Every function the header declares, by address, so that one the library
+ * lacks fails the link. */
+typedef void (*Exported)(void);
+const Exported trelvane_exported[] = {
+    (Exported)Trelvane_GetLastError,     (Exported)Trelvane_GetLastErrorCode, (Exported)Trelvane_GetString,
+    (Exported)Trelvane_SetStringData,    (Exported)Trelvane_SetStringFile,    (Exported)Trelvane_LoadROM,
+    (Exported)Trelvane_SaveROM,          (Exported)Trelvane_FreeROM,          (Exported)Trelvane_UseROM,
+    (Exported)Trelvane_CreateIPS,        (Exported)Trelvane_ApplyIPS,
+#ifdef TRELVANE_HAS_PATCH_SCRIPTS
+    (Exported)Trelvane_PatchFile_Open,   (Exported)Trelvane_PatchFile_Process, (Exported)Trelvane_PatchFile_Close,
+#endif
+    (Exported)Trelvane_LoadFont,         (Exported)Trelvane_SaveFont,         (Exported)Trelvane_Encode,
+    (Exported)Trelvane_Decode,           (Exported)Trelvane_GetPointer,       (Exported)Trelvane_FindPointerTable,
+    (Exported)Trelvane_AdjustPointerTable, (Exported)Trelvane_Locate,         (Exported)Trelvane_LocateWide,
+    (Exported)Trelvane_LocateRelative,   (Exported)Trelvane_InsertFromFile,   (Exported)Trelvane_DecodeTiles,
+    (Exported)Trelvane_EncodeTiles,      (Exported)Trelvane_WriteBMP,         (Exported)Trelvane_LoadBMP,
+};
+
 static int failures = 0;
 
 static void check(int condition, const char* what) {

@@ -103,6 +103,84 @@ TEST(IpsRead, AcceptsAndRefuses) {
     }
 }
 
+// A run-length record: size 0, then the count and the byte.
+Bytes RunRecord(size_t offset, size_t count, unsigned char byte) {
+    return Bytes{static_cast<unsigned char>(offset >> 16), static_cast<unsigned char>(offset >> 8),
+                 static_cast<unsigned char>(offset),       0,
+                 0,
+                 static_cast<unsigned char>(count >> 8),   static_cast<unsigned char>(count),
+                 byte};
+}
+
+Bytes operator+(Bytes head, const Bytes& tail) {
+    head.insert(head.end(), tail.begin(), tail.end());
+    return head;
+}
+
+// Reads patch and applies it to target as a file would be patched.
+Bytes Applied(const Bytes& patch, Bytes target) {
+    std::vector<IpsRecord> records;
+    EXPECT_EQ(ReadIpsRecords(patch.data(), patch.size(), records), IpsRead::Valid);
+    target.resize(IpsPatchedLength(records, target.size()));
+    CopyIpsRecords(records, target.data());
+    return target;
+}
+
+TEST(IpsRead, RunLengthRecordsAndTruncationFromOtherPatchers) {
+    const Bytes target = {0, 1, 2, 3, 4, 5, 6, 7};
+    const std::tuple<const char*, Bytes, Bytes> cases[] = {
+        {"a run inside", Patch({RunRecord(2, 3, 0xAA)}), {0, 1, 0xAA, 0xAA, 0xAA, 5, 6, 7}},
+        {"a run that grows the target", Patch({RunRecord(9, 2, 0x55)}), {0, 1, 2, 3, 4, 5, 6, 7, 0, 0x55, 0x55}},
+        {"runs between literal records",
+         Patch({Record(0, {9}), RunRecord(1, 2, 0xEE), Record(3, {8, 8}), RunRecord(6, 1, 0x33)}),
+         {9, 0xEE, 0xEE, 8, 8, 5, 0x33, 7}},
+        {"a run as the first record", Patch({RunRecord(0x454F46, 1, 0x11)}) + Bytes{0, 0, 7}, {0, 1, 2, 3, 4, 5, 6}},
+        {"truncation", Patch({Record(1, {0xBB})}) + Bytes{0, 0, 3}, {0, 0xBB, 2}},
+        {"truncation cuts a record short", Patch({Record(6, {9, 9, 9, 9})}) + Bytes{0, 0, 9},
+         {0, 1, 2, 3, 4, 5, 9, 9, 9}},
+        {"truncation cuts a run short", Patch({RunRecord(4, 0x100, 0x44)}) + Bytes{0, 0, 6}, {0, 1, 2, 3, 0x44, 0x44}},
+        {"truncation to nothing", Patch({Record(2, {1})}) + Bytes{0, 0, 0}, {}},
+        {"truncation beyond the end does not lengthen", Patch({Record(0, {0xCC})}) + Bytes{0, 1, 0},
+         {0xCC, 1, 2, 3, 4, 5, 6, 7}},
+        {"truncation without records", Text("PATCHEOF") + Bytes{0, 0, 2}, {0, 1}},
+        {"two bytes behind the end marker are ignored", Patch({Record(0, {0xCC})}) + Bytes{0, 0},
+         {0xCC, 1, 2, 3, 4, 5, 6, 7}},
+        {"four bytes behind the end marker are ignored", Patch({Record(0, {0xCC})}) + Bytes{0, 0, 1, 0},
+         {0xCC, 1, 2, 3, 4, 5, 6, 7}},
+        // A size of 0 followed by a count of 0 is no run: read literally, it
+        // is an empty record and the bytes behind "EOF" are ignored.
+        {"valid only literally", Patch({Record(1, {}), Record(3, {0xEE})}) + Bytes{0, 0, 1},
+         {0, 1, 2, 0xEE, 4, 5, 6, 7}},
+    };
+    for (const auto& [name, patch, expected] : cases) {
+        SCOPED_TRACE(name);
+        EXPECT_EQ(Applied(patch, target), expected);
+    }
+
+    // Read literally, this run's count and byte spell "EOF" and the patch
+    // would change nothing; the run-length reading is the one applied.
+    const Bytes misaligned = Patch({RunRecord(2, 0x454F, 0x46)});
+    Bytes expected(2 + 0x454F, 0x46);
+    expected[0] = 0xA0;
+    expected[1] = 0xA1;
+    EXPECT_EQ(Applied(misaligned, {0xA0, 0xA1, 0xA2}), expected);
+
+    std::vector<IpsRecord> records;
+    ASSERT_EQ(ReadIpsRecords(misaligned.data(), misaligned.size(), records), IpsRead::Valid);
+    ASSERT_EQ(records.size(), 1u);
+    EXPECT_EQ(records[0].kind, IpsRecordKind::Run);
+    EXPECT_EQ(records[0].size, 0x454Fu);
+
+    const Bytes refused[] = {
+        Text("PATCH") + RunRecord(1, 2, 7),                      // no end marker
+        Text("PATCH") + Slice(RunRecord(1, 2, 7), 0, 7),        // the byte is missing
+        Text("PATCH") + RunRecord(1, 0, 7) + Text("EOF"),       // a count of 0, and no record either way
+    };
+    for (const Bytes& patch : refused) {
+        EXPECT_EQ(ReadIpsRecords(patch.data(), patch.size(), records), IpsRead::NoEof);
+    }
+}
+
 // Random pairs with changes, growth, equal stretches of 8 and 9 bytes and
 // runs longer than one record: the patch always rebuilds the modified bytes.
 TEST(IpsRoundTrip, RandomPairs) {
@@ -172,6 +250,15 @@ TEST_F(IpsFilesTest, ApplyGrowsTheFileAndReadsThePatchFirst) {
     WriteFile(dir / "a.ips", Patch({Record(1, {9}), Record(6, {7, 8}), Record(40, {})}));
     ASSERT_EQ(Apply("a.ips", "rom.gb"), 1);
     EXPECT_EQ(ReadFile(dir / "rom.gb"), Bytes({1, 9, 3, 4, 0, 0, 7, 8}));
+
+    // Run-length records and truncation from other patchers.
+    WriteFile(dir / "rom.gb", Bytes{1, 2, 3, 4, 5, 6});
+    WriteFile(dir / "rle.ips", Patch({RunRecord(1, 2, 0xAB)}) + Bytes{0, 0, 4});
+    ASSERT_EQ(Apply("rle.ips", "rom.gb"), 1);
+    EXPECT_EQ(ReadFile(dir / "rom.gb"), Bytes({1, 0xAB, 0xAB, 4}));
+    WriteFile(dir / "bad.ips", Patch({RunRecord(0, 0, 1)}));
+    EXPECT_EQ(Apply("bad.ips", "rom.gb") + LastError().code, TLERR_IPS_NO_EOF);
+    EXPECT_EQ(ReadFile(dir / "rom.gb"), Bytes({1, 0xAB, 0xAB, 4}));
 
     // A patch applied to itself reads its records before they overwrite it.
     WriteFile(dir / "self.ips", Patch({Record(0, Text("XYZ")), Record(3, Text("W"))}));

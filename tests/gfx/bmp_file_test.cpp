@@ -33,6 +33,23 @@ Bytes ForeignBitmap(int32_t width, int32_t height, uint16_t coloursUsed, size_t 
     return file;
 }
 
+// A bitmap file with an information header of infoSize bytes (zero behind
+// its first 40), 16 palette entries, gap bytes and then rows, bottom row
+// first. The pixel data offset says where the rows start.
+Bytes BitmapFile(uint32_t infoSize, uint32_t bitsAndCompression, int32_t width, int32_t height, const Bytes& rows,
+                 size_t gap = 0) {
+    const uint32_t start = 14 + infoSize + 64 + static_cast<uint32_t>(gap);
+    Bytes file = Bytes{'B', 'M'} + Le32({start + static_cast<uint32_t>(rows.size()), 0, start, infoSize,
+                                        uint32_t(width), uint32_t(height), 1 | (bitsAndCompression & 0xFFFF) << 16,
+                                        bitsAndCompression >> 16, uint32_t(rows.size()), 2835u, 2835u, 16u, 16u});
+    file.resize(14 + infoSize, 0);
+    for (int i = 0; i < 64; ++i) file.push_back(static_cast<unsigned char>(0xC0 + i));
+    file.resize(start, 0xEE);
+    return file + rows;
+}
+
+constexpr uint32_t k4Bit = 4, k8Bit = 8, kRle8 = 8 | 1 << 16, kRle4 = 4 | 2 << 16;
+
 class BmpFileTest : public ::testing::Test {
 protected:
     TempDir dir;
@@ -105,6 +122,80 @@ TEST_F(BmpFileTest, ReadsOtherProgramsFilesAndRefusesWhatDoesNotFit) {
     EXPECT_EQ(LastError().file, dir / "missing.bmp");
     EXPECT_EQ(untouched, Pixels(TRELVANE_BMP_MAX_PIXELS, 0x77));
     EXPECT_EQ(width * 1000 + height, 8002);
+}
+
+TEST_F(BmpFileTest, ReadsEachLayoutFromItsOwnPixelOffsetWithRowPadding) {
+    struct Layout { const char* name; Bytes file; long width, height; Pixels pixels; };
+    const Layout layouts[] = {
+        // Rows padded to 32 bits: the padding and the unused low nibble are skipped.
+        {"4-bit, odd width", BitmapFile(40, k4Bit, 5, 2, {0x12, 0x34, 0x5F, 0xFF, 0xAB, 0xCD, 0xEF, 0xFF}), 5, 2,
+         {0xA, 0xB, 0xC, 0xD, 0xE, 0x1, 0x2, 0x3, 0x4, 0x5}},
+        {"8-bit", BitmapFile(40, k8Bit, 3, 2, {1, 2, 3, 0xFF, 4, 5, 15, 0x99}), 3, 2, {4, 5, 15, 1, 2, 3}},
+        {"124-byte header", BitmapFile(124, k4Bit, 8, 1, {0x01, 0x23, 0x45, 0x67}), 8, 1, {0, 1, 2, 3, 4, 5, 6, 7}},
+        {"bytes between palette and pixels", BitmapFile(40, k8Bit, 4, 1, {9, 8, 7, 6}, 10), 4, 1, {9, 8, 7, 6}},
+        // As written here: 4-bit rows of width / 2 bytes without padding,
+        // the file ending behind them; an odd width leaves its last column 0.
+        {"own, width 4", BitmapFile(40, k4Bit, 4, 2, {0x12, 0x34, 0x56, 0x78}), 4, 2, {5, 6, 7, 8, 1, 2, 3, 4}},
+        {"own, width 3", BitmapFile(40, k4Bit, 3, 2, {0x12, 0x34}), 3, 2, {3, 4, 0, 1, 2, 0}},
+    };
+    for (const Layout& layout : layouts) {
+        SCOPED_TRACE(layout.name);
+        WriteFile(path, layout.file);
+        Pixels pixels(TRELVANE_BMP_MAX_PIXELS, 0x77);
+        ASSERT_EQ(Trelvane_LoadBMP(path.c_str(), pixels.data(), &width, &height), -1);
+        EXPECT_EQ(width * 1000 + height, layout.width * 1000 + layout.height);
+        const size_t count = layout.pixels.size();
+        EXPECT_EQ(Pixels(pixels.begin(), pixels.begin() + count), layout.pixels);
+        EXPECT_EQ(pixels[count], 0x77);
+    }
+
+    // What this module writes reads back unchanged, whatever the width.
+    for (long sheetWidth : {1, 2, 6, 8, 12, 128}) {
+        Pixels written(static_cast<size_t>(sheetWidth) * 3), read(TRELVANE_BMP_MAX_PIXELS);
+        for (size_t i = 0; i < written.size(); ++i) written[i] = static_cast<unsigned char>((i * 7 + 3) % 16);
+        ASSERT_EQ(Trelvane_WriteBMP(path.c_str(), written.data(), sheetWidth, 3), -1);
+        ASSERT_EQ(Trelvane_LoadBMP(path.c_str(), read.data(), &width, &height), -1);
+        for (long y = 0; y < 3; ++y)
+            for (long x = 0; x < sheetWidth - sheetWidth % 2; ++x)
+                EXPECT_EQ(read[y * sheetWidth + x], written[y * sheetWidth + x]) << sheetWidth << " " << x << "," << y;
+    }
+}
+
+TEST_F(BmpFileTest, RefusesOtherFormsBeforeFillingThePixels) {
+    Bytes pastTheEnd = BitmapFile(40, k4Bit, 8, 1, {0x01, 0x23, 0x45, 0x67});
+    pastTheEnd[10] = 200;
+    Bytes insideTheHeaders = BitmapFile(40, k4Bit, 8, 1, {0x01, 0x23, 0x45, 0x67});
+    insideTheHeaders[10] = 53;
+    struct Refusal { const char* name; Bytes file; int code; const char* text; };
+    const Refusal refusals[] = {
+        {"24-bit", BitmapFile(40, 24, 2, 1, Bytes(8)), TLERR_UNSUPPORTED, "24-bit bmp"},
+        {"1-bit", BitmapFile(40, 1, 8, 1, Bytes(4)), TLERR_UNSUPPORTED, "1-bit bmp"},
+        {"RLE8", BitmapFile(40, kRle8, 8, 1, {8, 1, 0, 1}), TLERR_UNSUPPORTED, "compressed bmp"},
+        {"RLE4", BitmapFile(40, kRle4, 8, 1, {8, 0x12, 0, 1}), TLERR_UNSUPPORTED, "compressed bmp"},
+        {"12-byte header", BitmapFile(12, k4Bit, 8, 1, Bytes(48)), TLERR_UNSUPPORTED, "12-byte bmp header"},
+        {"8-bit index above 15", BitmapFile(40, k8Bit, 4, 2, {1, 2, 3, 4, 5, 6, 16, 7}), TLERR_UNSUPPORTED,
+         "256 color bmp"},
+        {"8-bit rows without padding", BitmapFile(40, k8Bit, 3, 2, {1, 2, 3, 4, 5, 6}), TLERR_FILE_INVALID,
+         "bitmap file"},
+        {"4-bit rows cut short", BitmapFile(40, k4Bit, 6, 2, {0x12, 0x34, 0x56, 0, 0x12, 0x34, 0x56}), TLERR_FILE_INVALID,
+         "bitmap file"},
+        {"pixels past the end", pastTheEnd, TLERR_FILE_INVALID, "bitmap file"},
+        {"pixels inside the headers", insideTheHeaders, TLERR_FILE_INVALID, "bitmap file"},
+    };
+    Pixels untouched(TRELVANE_BMP_MAX_PIXELS, 0x77);
+    for (const Refusal& r : refusals) {
+        SCOPED_TRACE(r.name);
+        WriteFile(path, r.file);
+        EXPECT_EQ(Trelvane_LoadBMP(path.c_str(), untouched.data(), &width, &height), 0);
+        EXPECT_EQ(LastError().code, r.code);
+        EXPECT_EQ(LastError().data[0], r.text);
+    }
+    EXPECT_EQ(untouched, Pixels(TRELVANE_BMP_MAX_PIXELS, 0x77));
+    EXPECT_EQ(width * 1000 + height, -5005);
+    EXPECT_STREQ(Trelvane_GetLastError(), (path + " does not seem to be a valid bitmap file.").c_str());
+    WriteFile(path, BitmapFile(40, 24, 2, 1, Bytes(8)));
+    Trelvane_LoadBMP(path.c_str(), untouched.data(), &width, &height);
+    EXPECT_STREQ(Trelvane_GetLastError(), "24-bit bmp not supported.");
 }
 
 }  // namespace

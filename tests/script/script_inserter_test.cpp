@@ -23,7 +23,7 @@ protected:
     // pointer table carried over from an earlier script.
     long Insert(const std::string& script) {
         ResetFontSet();
-        ThePointerDestination = PointerDestination();
+        SetPointerDestination(PointerDestination());
         WriteFile(dir / "s.txt", "load \"" + (dir / "game.tbl") + "\"\n" + script);
         return Trelvane_InsertFromFile(1, (dir / "s.txt").c_str());
     }

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 
 #include "core/last_error.h"
 #include "support/test_support.h"
@@ -39,6 +40,10 @@ public:
     FontBuilder& TwoByte(uint16_t code, const char* text, uint8_t flags = 0) {
         return Entry(DefineTwoByteCode(font_, code), text, flags);
     }
+    FontBuilder& Rule(uint8_t rule) {
+        font_.rule = rule;
+        return *this;
+    }
     long Load() { return CompleteLoad("built", 1); }
 
 private:
@@ -53,11 +58,15 @@ inline FontBuilder Letters() {
     return font;
 }
 
-// The bytes decoded through font id, or "<null>" when decoding fails.
-inline std::string Decode(const Bytes& bytes, long id = 1) {
-    const char* text = DecodeText(id, bytes.data(), bytes.data() + bytes.size());
-    return text ? text : "<null>";
+// The bytes decoded through font id and the count consumed; "<null>" and 0
+// when decoding fails.
+inline std::pair<std::string, int32_t> DecodeCounted(const Bytes& bytes, long id = 1) {
+    const DecodedText decoded = DecodeText(id, bytes.data(), bytes.data() + bytes.size());
+    return {decoded.text ? decoded.text : "<null>", decoded.consumed};
 }
+
+// The bytes decoded through font id, or "<null>" when decoding fails.
+inline std::string Decode(const Bytes& bytes, long id = 1) { return DecodeCounted(bytes, id).first; }
 
 inline std::string LastErrorSummary() {
     const LastErrorState& e = LastError();

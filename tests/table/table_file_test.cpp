@@ -108,11 +108,11 @@ TEST_F(TableFileTest, RefusalsAndWarningsNameLineAndColumn) {
 
 TEST_F(TableFileTest, AlternativeTextsFillASecondFont) {
     ASSERT_EQ(LoadTable("pair.txt", "[41] \"A\" {a} [42] \"B\" [8140] \"X\" {x} [FF] terminal fontrule=2,romanji"), 1);
-    EXPECT_EQ(TheFontSet.fontCount, 2);
+    EXPECT_EQ(CurrentFontSet().fontCount, 2);
     EXPECT_EQ(Decode({0x41, 0x81, 0x40, 0x42, 0xFF}), "AXB");
     EXPECT_EQ(Decode({0x41, 0x81, 0x40, 0x42, 0xFF}, 2), "ax[42]");
-    EXPECT_EQ(TheFontSet.fonts[0].rule, 0);
-    EXPECT_EQ(TheFontSet.fonts[1].rule, FONT_RULE_ROMANJI);
+    EXPECT_EQ(CurrentFontSet().fonts[0].rule, 0);
+    EXPECT_EQ(CurrentFontSet().fonts[1].rule, FONT_RULE_ROMANJI);
     // No third slot: a table with alternative texts needs two free ones.
     ResetFontSet();
     ASSERT_EQ(LoadTable("one.txt", "[FF] terminal"), 1);

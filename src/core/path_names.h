@@ -1,0 +1,38 @@
+// The parts of a file path that commands look at: the base name and the dot
+// its extension starts behind. Shared by the engine and the front end (which
+// links only the library's exported interface, so this stays inline).
+#pragma once
+
+#include <cstring>
+
+// "\" and "/" separate folders in either style, so a name written for one
+// system reads the same on the other. Windows paths may also start with a
+// drive letter ("C:"), which is not part of the base name.
+enum class PathStyle { Posix, Windows };
+
+#ifdef _WIN32
+inline constexpr PathStyle HOST_PATH_STYLE = PathStyle::Windows;
+#else
+inline constexpr PathStyle HOST_PATH_STYLE = PathStyle::Posix;
+#endif
+
+inline bool IsFolderSeparator(char c) { return c == '/' || c == '\\'; }
+
+inline bool IsDriveLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
+
+// The part of path behind its last folder separator (and drive letter).
+inline const char* BaseName(const char* path, PathStyle style = HOST_PATH_STYLE) {
+    const bool hasDrive = style == PathStyle::Windows && IsDriveLetter(path[0]) && path[1] == ':';
+    const char* base = hasDrive ? path + 2 : path;
+    for (const char* p = base; *p; ++p)
+        if (IsFolderSeparator(*p)) base = p + 1;
+    return base;
+}
+
+// The first "." of path's base name, or null: "game.fr.smc" has the extension
+// "fr.smc".
+inline const char* FirstDotOfBaseName(const char* path) { return std::strchr(BaseName(path), '.'); }
+
+// The last "." of path's base name, or null: "game.fr.smc" has the extension
+// "smc".
+inline const char* LastDotOfBaseName(const char* path) { return std::strrchr(BaseName(path), '.'); }
