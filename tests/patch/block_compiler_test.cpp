@@ -25,7 +25,7 @@ TEST(BlockCompilerTest, BranchesToLabels) {
         // The brl grows on the first pass; the bra before it aims one byte further in the next.
         {"bra end\nbrl end\nend: nop", {0x80, 0x03, 0x82, 0x00, 0x00, 0xEA}},
         // A bra out of 8-bit reach becomes a jump to the label's address in the block's bank.
-        {"bra far\nnear: " + Repeat(".BYTE 0\n", 130) + "far: bra near",
+        {std::string("bra far\nnear: ") + Repeat(".BYTE 0\n", 130) + "far: bra near",
          [] {
              Bytes b = {0x4C, 0x85, 0x80};
              b.insert(b.end(), 130, 0);
@@ -38,7 +38,7 @@ TEST(BlockCompilerTest, BranchesToLabels) {
         {"bne 8010h\nbeq 7FF0h", {0xD0, 0x0E, 0xF0, 0xEC}},
     };
     for (const auto& c : cases) {
-        const ScriptRun run = RunScript(".ADDRESS 8000h\n" + c.source);
+        const ScriptRun run = RunScript(std::string(".ADDRESS 8000h\n") + c.source);
         EXPECT_EQ(run.errors, Errors{}) << c.source;
         EXPECT_EQ(run.At(0x8000, static_cast<int>(c.bytes.size()) + 1), [&] {
             Bytes b = c.bytes;
@@ -59,7 +59,7 @@ TEST(BlockCompilerTest, RefusedBlocksWriteNothing) {
         std::string source;
         std::string error;
     } cases[] = {
-        {"bne ahead\n" + Repeat(".BYTE 0\n", 200) + "ahead: nop", "t.asm:203,11:bne ahead not implemented."},
+        {std::string("bne ahead\n") + Repeat(".BYTE 0\n", 200) + "ahead: nop", "t.asm:203,11:bne ahead not implemented."},
         {"brl 9100h\n", "t.asm:3,1: (33024) too far from brl (2) 33022"},
         {"bra nowhere\nnop", "t.asm:3,4:Label nowhere is not defined in this block."},
         {"lda ?1\nnop", "t.asm:3,4:Attempt to compile unevaluated macro failed.\n"},
@@ -67,7 +67,7 @@ TEST(BlockCompilerTest, RefusedBlocksWriteNothing) {
         {"rep here\nhere: nop", "t.asm:3,10:rep here not implemented."},
     };
     for (const auto& c : cases) {
-        const ScriptRun run = RunScript(".ADDRESS 1000h\n" + c.source);
+        const ScriptRun run = RunScript(std::string(".ADDRESS 1000h\n") + c.source);
         EXPECT_EQ(run.errors, Errors({c.error})) << c.source;
         EXPECT_EQ(run.At(0x1000, 4), Bytes(4, 0)) << c.source;
     }
@@ -130,19 +130,19 @@ TEST(BlockCompilerTest, EmptyBlocksAndMacroDefinitionsCompile) {
 
 TEST(BlockCompilerTest, TableLimits) {
     std::string labels;
-    for (int i = 0; i < 128; ++i) labels += "l" + std::to_string(i) + ": ";
+    for (int i = 0; i < 128; ++i) labels.append("l").append(std::to_string(i)).append(": ");
     EXPECT_EQ(RunScript(labels + "extra: nop").errors,
               Errors({"t.asm:1,664:Too many labels and branch targets in one block (at most 128)."}));
     EXPECT_EQ(RunScript(Repeat("bne 10h ", 128) + "bne 10h").errors,
               Errors({"t.asm:1,1029:Too many labels and branch targets in one block (at most 128).",
                       "t.asm:1,1032:bne  not implemented."}));  // the branches before it are far from 10h
-    const ScriptRun full = RunScript(".ADDRESS 8000h\n.BYTE 1" + Repeat(",1", 4095) + "\nnop\n.BYTE 2");
+    const ScriptRun full = RunScript(std::string(".ADDRESS 8000h\n.BYTE 1") + Repeat(",1", 4095) + "\nnop\n.BYTE 2");
     EXPECT_EQ(full.errors, Errors({"t.asm:3,1:Too many code entries in one block (at most 4096).",
                                    "t.asm:4,7:Too many code entries in one block (at most 4096)."}));
     EXPECT_EQ(full.At(0x8000 + 4095, 2), Bytes({1, 0}));
     EXPECT_EQ(RunScript(Repeat("x", 32) + ": nop").errors,
               Errors({"t.asm:1,33:Name xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx is longer than 31 characters."}));
-    EXPECT_EQ(RunScript("bra " + Repeat("y", 32)).errors,
+    EXPECT_EQ(RunScript(std::string("bra ") + Repeat("y", 32)).errors,
               Errors({"t.asm:1,5:Name yyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyy is longer than 31 characters."}));
 }
 

@@ -22,7 +22,7 @@ const char* const kMacros =
     "back .MACRO\n bra top\n.ENDM\n"
     "go .MACRO\n bne 8010h\n.ENDM\n";
 
-ScriptRun RunWithMacros(const std::string& calls) { return RunScript(kMacros + calls); }
+ScriptRun RunWithMacros(const std::string& calls) { return RunScript(std::string(kMacros) + calls); }
 
 TEST(MacrosTest, CallsAppendTheBody) {
     const struct {
@@ -84,7 +84,7 @@ TEST(MacrosTest, NamesAndTables) {
               Errors({"t.asm:1,33:Name _nnnnnnnnnnnnnnnnnnnnnnnnnnnnnnn is longer than 31 characters.",
                       "t.asm:1,40:.ENDM without .MACRO"}));
     std::string many;
-    for (int i = 0; i <= 1000; ++i) many += "m" + std::to_string(i) + " .MACRO\n.ENDM\n";
+    for (int i = 0; i <= 1000; ++i) many.append("m").append(std::to_string(i)).append(" .MACRO\n.ENDM\n");
     const ScriptRun run = RunScript(many);
     EXPECT_EQ(run.errors, Errors({"t.asm:2002,1:Too many macros (at most 1000)."}));
 }

@@ -81,7 +81,7 @@ TEST(StatementsTest, DataAndRedefinitions) {
         {"loop: nop\n.ADDRESS 8010h\nloop: nop", {0xEA, 0x00}},
     };
     for (const auto& c : cases) {
-        const ScriptRun run = RunScript(".ADDRESS 8000h\n" + std::string(c.text));
+        const ScriptRun run = RunScript(std::string(".ADDRESS 8000h\n") + std::string(c.text));
         EXPECT_EQ(run.errors, Errors{}) << c.text;
         EXPECT_EQ(run.At(0x8000, static_cast<int>(c.bytes.size())), c.bytes) << c.text;
     }
@@ -129,15 +129,18 @@ TEST(StatementsTest, GoesOnAfterTheTokenThatFailed) {
     EXPECT_EQ(run.kinds, std::vector<int>({TOKEN_DOT_ADDRESS, 0, 0, STATEMENT_DATA, TOKEN_END}));
 }
 
-TEST(StatementsTest, SymbolLimits) {
+TEST(StatementsTest, NameAndSymbolLimits) {
     const std::string name25(25, 's');
-    EXPECT_EQ(RunScript("$" + name25 + " 10h").errors,
-              Errors({"t.asm:1,1:Name " + name25 + " is longer than 24 characters.", "t.asm:1,28:Unknown command: 10h"}));
+    EXPECT_EQ(RunScript(std::string("$") + name25 + " 10h").errors,
+              Errors({std::string("t.asm:1,1:Name ") + name25 + " is longer than 24 characters.", "t.asm:1,28:Unknown command: 10h"}));
     EXPECT_EQ(RunScript(name25 + " .EQL 5").errors,
-              Errors({"t.asm:1,32:Name " + name25 + " is longer than 24 characters."}));
-    EXPECT_EQ(RunScript("$" + std::string(24, 's') + " 10h").errors, Errors{});
+              Errors({std::string("t.asm:1,32:Name ") + name25 + " is longer than 24 characters."}));
+    EXPECT_EQ(RunScript(std::string("$") + std::string(24, 's') + " 10h").errors, Errors{});
+    const ScriptRun include = RunScript(std::string(".INCLUDE \"") + std::string(128, 'f') + "\"");
+    ASSERT_EQ(include.errors.size(), 1u);
+    EXPECT_EQ(include.errors[0], (std::string("t.asm:1,10:Name ") + std::string(128, 'f')).substr(0, PATCH_MESSAGE_SIZE - 1));
     std::string script;
-    for (int i = 0; i <= MAX_SYMBOLS; ++i) script += "$v" + std::to_string(i) + " 10h\n";
+    for (int i = 0; i <= MAX_SYMBOLS; ++i) script.append("$v").append(std::to_string(i)).append(" 10h\n");
     EXPECT_EQ(RunScript(script).errors, Errors({"t.asm:10001,9:Too many symbols (at most 10000)."}));
 }
 
