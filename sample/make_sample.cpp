@@ -1,7 +1,8 @@
 // Makes the sample game the demonstration run works on: a small NES image
 // with an English script, its pointer table and a font, a copy of the image
 // whose menus are translated into French, and the game's character table as
-// a thingy file.
+// a thingy file; and a small Super NES image for the patch-script step
+// (snes_sample.cpp).
 //
 // The program is eight banks of 16 KiB. The game switches one of banks 0-6 in
 // at processor address 8000h and keeps bank 7 (image offset 1C000h) at C000h,
@@ -19,6 +20,8 @@
 #include <fstream>
 #include <string>
 #include <vector>
+
+#include "snes_sample.h"
 
 namespace {
 
@@ -199,13 +202,16 @@ int main(int argc, char** argv) {
     std::string folder = std::string(argv[1]) + "/";
     std::vector<unsigned char> english = MakeImage(kEnglish), french = MakeImage(FrenchScript());
     if (english.empty() || french.empty() || !WriteNes(folder + "sample.nes", english) ||
-        !WriteNes(folder + "sample_fr.nes", french) || !WriteThingyTable(folder + "sample.tbl")) {
+        !WriteNes(folder + "sample_fr.nes", french) || !WriteThingyTable(folder + "sample.tbl") ||
+        !WriteSmc(folder + "sample.smc", MakeSnesImage())) {
         std::printf("could not write the sample into %s\n", argv[1]);
         return 1;
     }
     std::printf("sample.nes     NES image: 16-byte header + 128 KiB; 20 strings at 1D040h, 2-byte pointers at\n"
                 "               1D000h (pointer + 10000h = image offset), font tiles (2bpp NES) at 2000h\n"
                 "sample_fr.nes  the same game with its menus (the last 8 strings) translated into French\n"
-                "sample.tbl     its character table, thingy format, FEh line break, FFh end\n");
+                "sample.tbl     its character table, thingy format, FEh line break, FFh end\n"
+                "sample.smc     Super NES image: 512-byte header + 128 KiB; main loop at 808010h, free space\n"
+                "               from 818000h (image offset = address & 3FFFFFh)\n");
     return 0;
 }

@@ -153,5 +153,23 @@ step_check() {
     echo
 }
 
-STEPS=(build generate usage create_ips apply_ips tiles convert_table locate dump translate insert check)
+# Shows count bytes of a .smc file from image offset (the file without its header).
+show_image_bytes() {
+    local what=$1 offset=$2 count=$3
+    echo "$what:"
+    od -An -tx1 -v -j $((512 + offset)) -N "$count" "$WORK/bonus.smc"
+}
+
+step_patch_script() {
+    echo "== applying the patch script bonus.txt to a copy of the Super NES image"
+    cp "$ROOT/sample/bonus.txt" "$WORK/bonus.txt"
+    cp "$WORK/sample.smc" "$WORK/bonus.smc"
+    run bonus.smc p bonus.txt
+    show_image_bytes "the hook at 808010h (image offset 8010h), jsl 818000h" $((0x8010)) 4
+    show_image_bytes "the message pointer at 808100h" $((0x8100)) 3
+    show_image_bytes "the new routine and its message at 818000h" $((0x18000)) 35
+    echo
+}
+
+STEPS=(build generate usage create_ips apply_ips tiles convert_table locate dump translate insert check patch_script)
 for step in "${STEPS[@]}"; do "step_$step"; done

@@ -2,9 +2,11 @@
 # the tests, the benchmarks, the fuzz targets and the sample need, skipping
 # the installation when all of them are present.
 # python3-pil and imagemagick serve the tests that draw and check bitmaps;
-# pkg-config the test that builds a program against the installed library.
+# pkg-config the test that builds a program against the installed library;
+# cc65 (ca65, ld65) the test that checks the 65816 opcodes against an
+# independent assembler.
 TRELVANE_PACKAGES=(cmake ninja-build g++ clang libclang-rt-14-dev libgtest-dev libbenchmark-dev python3 python3-pil
-    imagemagick pkg-config)
+    imagemagick pkg-config cc65)
 
 package_installed() {
     dpkg-query -W -f='${Status}' "$1" 2>/dev/null | grep -q "install ok installed"

@@ -1,7 +1,10 @@
+#include <cstdio>
+
 #include "app/command_sequences.h"
 #include "app/sequence_support.h"
 #include "core/path_names.h"
 #include "core/text_compare.h"
+#include "patch/patch_limits.h"
 #include "trelvane.h"
 
 namespace {
@@ -11,11 +14,27 @@ bool IsIpsFile(const char* path) {
     return dot && SameTextIgnoringCase(dot + 1, "ips");
 }
 
-// Patch scripts have no engine in this build: one catalogue line.
-int RefusePatchScript() {
-    Trelvane_SetStringData(0, "Patch scripts");
-    PrintMessageLine(TLERR_UNSUPPORTED);
-    return -1;
+// Runs a patch script on the ROM: failed statements are printed and the script goes on; the
+// image is saved unless MAX_PATCH_ERRORS statements fail.
+int RunPatchScript(const char* rom, const char* script) {
+    if (!Trelvane_LoadROM(rom)) return FailWithLastError();
+    if (!Trelvane_PatchFile_Open(script)) return FreeImageAndFail();
+    int errors = 0;
+    while (!Trelvane_PatchFile_Process()) {
+        std::printf("%s\n", Trelvane_GetLastError());
+        if (++errors == MAX_PATCH_ERRORS) {
+            std::fputs("Too many errors - aborting\n", stdout);
+            Trelvane_FreeROM(-1);
+            return -1;
+        }
+    }
+    Trelvane_PatchFile_Close();
+    if (!Trelvane_SaveROM(rom)) return FreeImageAndFail();
+    Trelvane_FreeROM(-1);
+    if (errors > 0) return 0;
+    Trelvane_SetStringFile(script);
+    PrintMessageLine(TLMSG_PATCH_SUCCESS);
+    return 0;
 }
 
 }  // namespace
@@ -23,7 +42,7 @@ int RefusePatchScript() {
 // p: argument 3 is the patch, applied to the ROM file (argument 1) on disk.
 int RunPatchApply(const CommandLine& line) {
     const char* patch = line.argv[3];
-    if (!IsIpsFile(patch)) return RefusePatchScript();
+    if (!IsIpsFile(patch)) return RunPatchScript(line.argv[1], patch);
     if (!Trelvane_ApplyIPS(patch, line.argv[1])) return FailWithLastError();
     Trelvane_SetStringFile(patch);
     PrintMessageLine(TLMSG_PATCH_SUCCESS);

@@ -58,8 +58,9 @@ TEST_F(IpsCommandTest, ApplyRefusals) {
         {{"game.smc", "p", "none.ips"}, "Error opening none.ips.\n"},
         {{"gone.smc", "p", "bad.ips"}, "EOF not found at block marker in bad.ips.\n"},
         {{"gone.smc", "p", "good.ips"}, "Error opening gone.smc for writing.\n"},
-        {{"game.smc", "p", "fix.txt"}, "Patch scripts not supported.\n"},
-        {{"game.smc", "p", "dir.ips/fix"}, "Patch scripts not supported.\n"},
+        // Any other extension is a patch script, which first needs a loadable image.
+        {{"game.smc", "p", "fix.txt"}, "game.smc does not seem to be a valid ROM image.\n"},
+        {{"game.smc", "p", "dir.ips/fix"}, "game.smc does not seem to be a valid ROM image.\n"},
     };
     for (const auto& [args, output] : cases) {
         EXPECT_EQ(Run(args), (RunResult{255, output})) << args[0] << " " << args[2];

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 
 #include "support/test_support.h"
@@ -29,6 +30,34 @@ TEST(SampleGameTest, DumpFindsThePointerTableAndTheFrenchImageSharesTheStory) {
     size_t first = 0;
     while (first < english.size() && english[first] == french[first]) ++first;
     EXPECT_EQ(first, 16 + 0x1D000 + 2 * 13u);
+}
+
+// The patch script of the sample run on the Super NES image: the hook, the
+// message pointer and the routine with its message, and nothing else.
+TEST(SampleGameTest, BonusPatchWritesTheHookThePointerAndTheRoutine) {
+    TempDir dir;
+    ASSERT_EQ(RunProgram(dir.path(), TRELVANE_MAKE_SAMPLE, {dir.path().string()}).status, 0);
+    WriteFile(dir / "bonus.txt", ReadText(std::string(TRELVANE_SOURCE_DIR) + "/sample/bonus.txt"));
+    Bytes expected = ReadFile(dir / "sample.smc");
+    ASSERT_EQ(expected.size(), 512 + 0x20000u);
+    EXPECT_EQ(RunTrelvane(dir.path(), {"sample.smc", "p", "bonus.txt"}),
+              (RunResult{0, "bonus.txt: Patch successful\n"}));
+
+    const struct {
+        size_t offset;
+        Bytes bytes;
+    } writes[] = {
+        {0x8010, {0x22, 0x00, 0x80, 0x81}},  // jsl 818000h
+        {0x8100, {0x1E, 0x80, 0x81}},        // the pointer to the message at 81801Eh
+        {0x18000, {0xEE, 0x14, 0x00,         // inc [0014h]
+                   0xA5, 0x12, 0xC9, 0x64, 0x00, 0x90, 0x13, 0xE9, 0x64, 0x00, 0x85, 0x12,  // check: ...
+                   0xA5, 0x10, 0x18, 0x69, 0x01, 0x00, 0x85, 0x10,                          // _add lives, 1
+                   0x22, 0x00, 0x90, 0x80, 0x80, 0xE6, 0x6B,                                // jsl, bra, rtl
+                   0x31, 0x55, 0x50, 0x21, 0x00}},                                          // "1UP!"
+    };
+    for (const auto& write : writes)
+        std::copy(write.bytes.begin(), write.bytes.end(), expected.begin() + 512 + write.offset);
+    EXPECT_EQ(ReadFile(dir / "sample.smc"), expected);
 }
 
 }  // namespace

@@ -53,6 +53,23 @@ int main(void) {
     check(Trelvane_ApplyIPS("client.ips", "client-old.gb") == 1, "applying it");
     check(Trelvane_CreateIPS("client.ips", "client-old.gb", "client-new.gb") == 0, "identical files make no patch");
     check(Trelvane_GetLastErrorCode() == TLERR_IPS_IDENTICAL, "the failure is TLERR_IPS_IDENTICAL");
+    /* A patch script run on a loaded image. */
+    check(Trelvane_PatchFile_Process() == 0, "no patch file is open yet");
+    check(strcmp(Trelvane_GetLastError(), "No patch file is open.") == 0, "the reason");
+    write_text("client.asm", ".PATCH 1: 58 59\n");
+    check(Trelvane_LoadROM("client-old.gb") != 0, "loading an image");
+    check(Trelvane_PatchFile_Open("client.asm") == 1, "opening a script");
+    check(Trelvane_PatchFile_Process() == 1, "running it");
+    Trelvane_PatchFile_Close();
+    check(Trelvane_SaveROM("client-old.gb") == 1, "saving the image");
+    Trelvane_FreeROM(-1);
+    {
+        FILE* file = fopen("client-old.gb", "rb");
+        char bytes[6] = {0};
+        check(file && fread(bytes, 1, 5, file) == 5 && fclose(file) == 0, "reading the image back");
+        check(memcmp(bytes, "aXYdE", 5) == 0, "the script's bytes");
+    }
+    remove("client.asm");
     remove("client-old.gb");
     remove("client-new.gb");
     remove("client.ips");
