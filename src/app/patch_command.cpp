@@ -1,13 +1,18 @@
 #include "app/command_sequences.h"
 #include "app/sequence_support.h"
-#include "core/text_compare.h"
 #include "trelvane.h"
 
 namespace {
 
-bool IsIpsFile(const char* path) {
-    const char* dot = ExtensionDot(path);
-    return dot && SameTextIgnoringCase(dot + 1, "ips");
+using PatchApplier = long (*)(const char* patch, const char* rom);
+
+// The engine function that applies a patch file of this name, or null for
+// a patch script.
+PatchApplier ApplierFor(const char* path) {
+    if (HasExtension(path, "ips")) return Trelvane_ApplyIPS;
+    if (HasExtension(path, "bps")) return Trelvane_ApplyBPS;
+    if (HasExtension(path, "ups")) return Trelvane_ApplyUPS;
+    return nullptr;
 }
 
 // Patch scripts have no engine in this build: one catalogue line.
@@ -22,8 +27,9 @@ int RefusePatchScript() {
 // p: argument 3 is the patch, applied to the ROM file (argument 1) on disk.
 int RunPatchApply(const CommandLine& line) {
     const char* patch = line.argv[3];
-    if (!IsIpsFile(patch)) return RefusePatchScript();
-    if (!Trelvane_ApplyIPS(patch, line.argv[1])) return FailWithLastError();
+    PatchApplier apply = ApplierFor(patch);
+    if (!apply) return RefusePatchScript();
+    if (!apply(patch, line.argv[1])) return FailWithLastError();
     Trelvane_SetStringFile(patch);
     PrintMessageLine(TLMSG_PATCH_SUCCESS);
     return 0;

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "core/text_compare.h"
 #include "trelvane.h"
 
 int FailWithLastError() {
@@ -29,4 +30,9 @@ const char* ExtensionDot(const char* path) {
     const char* dot = std::strrchr(path, '.');
     if (!dot || std::strpbrk(dot, "/\\")) return nullptr;
     return dot;
+}
+
+bool HasExtension(const char* path, const char* extension) {
+    const char* dot = ExtensionDot(path);
+    return dot && SameTextIgnoringCase(dot + 1, extension);
 }

@@ -18,3 +18,7 @@ long ParseNumberArgument(const char* text);
 // The last "." of path's file name (none when a "/" or "\" follows the last
 // "."), or null: the extension starts behind it.
 const char* ExtensionDot(const char* path);
+
+// True when path's extension (see ExtensionDot) is extension, letters
+// compared without regard to case.
+bool HasExtension(const char* path, const char* extension);
