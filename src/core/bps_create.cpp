@@ -13,8 +13,9 @@
 namespace {
 
 constexpr unsigned char kMagic[] = {'B', 'P', 'S', '1'};
-// Matches shorter than this are weighed against the one a position later.
-constexpr size_t kLazyBelow = 64;
+// Data read in place or moved along with the last copy is taken without
+// looking further once it is this long.
+constexpr size_t kLongEnough = 64;
 // Periods of the repeats looked for in the modified bytes written so far.
 constexpr size_t kLongestPeriod = 4;
 // Inside long literal stretches the search steps faster: by one more
@@ -41,8 +42,9 @@ public:
     void Build() {
         while (out_ < targetSize_) {
             Match match = Best(out_);
-            if (match.gain < LeastGain(match) ||
-                (match.length < kLazyBelow && Best(out_ + 1).gain > match.gain + 1)) {
+            // A match is weighed against the one a position later, which may
+            // save more even after a literal byte.
+            if (match.gain < LeastGain(match) || Best(out_ + 1).gain > match.gain + 1) {
                 out_ += Step();
                 continue;
             }
@@ -70,6 +72,7 @@ private:
         Consider(best, SourceMatch(at, at, BPS_SOURCE_READ));
         if (copied_ && at + displacement_ < sourceSize_ && displacement_ != 0)
             Consider(best, SourceMatch(at, at + displacement_, BPS_SOURCE_COPY));
+        if (best.length >= kLongEnough) return best;
         if (targetSize_ - at >= SourceIndex::KEY_BYTES) {
             size_t from = index_.Find(target_ + at);
             if (from != SourceIndex::NONE && from != at) Consider(best, SourceMatch(at, from, BPS_SOURCE_COPY));

@@ -10,6 +10,6 @@
 // original (moved, copied, behind an insertion) SourceCopy; repeated bytes
 // of the modified file TargetCopy; everything else TargetRead. Among the
 // ways to go on at a position, the one that saves the most patch bytes is
-// taken, looking one position ahead before a short one.
+// taken, looking one position ahead first.
 void BuildBpsPatch(const unsigned char* original, size_t originalSize, const unsigned char* modified,
                    size_t modifiedSize, std::vector<unsigned char>& patch);

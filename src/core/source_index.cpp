@@ -15,7 +15,7 @@ constexpr size_t kMostSlots = 1 << 24;
 SourceIndex::SourceIndex(const unsigned char* source, size_t size) {
     if (size < KEY_BYTES) return;
     size_t blocks = (size - KEY_BYTES) / STRIDE + 1;
-    size_t slots = std::bit_ceil(std::max(kFewestSlots, std::min(kMostSlots, blocks * 2)));
+    size_t slots = std::bit_ceil(std::max(kFewestSlots, std::min(kMostSlots, blocks)));
     shift_ = 64 - std::countr_zero(slots);
     slots_.assign(slots, 0);
     for (size_t at = 0; at + KEY_BYTES <= size; at += STRIDE) slots_[Slot(source + at)] = static_cast<uint32_t>(at + 1);

@@ -1,7 +1,7 @@
 // A hash index of an original file for finding where a run of target bytes
-// came from: the 8-byte block starting at every fourth position, one
-// position per slot, so any match of 11 bytes or more is found from one of
-// its first four positions.
+// came from: the 8-byte block starting at every eighth position, one
+// position per slot, so any match of 15 bytes or more is found from one of
+// its first eight positions.
 #pragma once
 
 #include <cstddef>
@@ -11,7 +11,7 @@
 class SourceIndex {
 public:
     static constexpr size_t KEY_BYTES = 8;
-    static constexpr size_t STRIDE = 4;
+    static constexpr size_t STRIDE = 8;
     static constexpr size_t NONE = SIZE_MAX;
 
     SourceIndex(const unsigned char* source, size_t size);
