@@ -53,6 +53,29 @@ step_apply_ips() {
     echo
 }
 
+step_create_bps() {
+    echo "== creating the same translation as a BPS patch"
+    run sample_fr.nes i sample.nes translation.bps
+    echo "translation.bps: $(wc -c <"$WORK/translation.bps") bytes"
+    echo
+}
+
+step_apply_bps() {
+    echo "== applying the BPS patch to another copy of the English image"
+    cp "$WORK/sample.nes" "$WORK/patched_bps.nes"
+    run patched_bps.nes p translation.bps
+    cmp "$WORK/patched_bps.nes" "$WORK/sample_fr.nes" && echo "patched_bps.nes is now identical to sample_fr.nes"
+    echo
+}
+
+step_wrong_rom_bps() {
+    echo "== applying the BPS patch to the wrong image: the already French one"
+    cp "$WORK/sample_fr.nes" "$WORK/wrong.nes"
+    run wrong.nes p translation.bps
+    cmp "$WORK/wrong.nes" "$WORK/sample_fr.nes" && echo "wrong.nes is unchanged"
+    echo
+}
+
 step_tiles() {
     echo "== dumping the font's tiles to a bitmap and putting them back"
     run sample.nes b 2000h font.bmp
@@ -153,5 +176,5 @@ step_check() {
     echo
 }
 
-STEPS=(build generate usage create_ips apply_ips tiles convert_table locate dump translate insert check)
+STEPS=(build generate usage create_ips apply_ips create_bps apply_bps wrong_rom_bps tiles convert_table locate dump translate insert check)
 for step in "${STEPS[@]}"; do "step_$step"; done
