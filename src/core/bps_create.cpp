@@ -8,7 +8,7 @@
 #include "core/crc32.h"
 #include "core/delta_frame.h"
 #include "core/patch_numbers.h"
-#include "core/source_index.h"
+#include "core/block_index.h"
 
 namespace {
 
@@ -16,11 +16,17 @@ constexpr unsigned char kMagic[] = {'B', 'P', 'S', '1'};
 // Data read in place or moved along with the last copy is taken without
 // looking further once it is this long.
 constexpr size_t kLongEnough = 64;
+// The original is indexed at every eighth position: any match of 15 bytes
+// or more is found from one of its first eight positions.
+constexpr size_t kSourceStride = 8;
+// Slots for the new bytes of the modified file, which are indexed as they
+// are passed.
+constexpr size_t kMostNewBlocks = 1 << 18;
 // Periods of the repeats looked for in the modified bytes written so far.
 constexpr size_t kLongestPeriod = 4;
-// Inside long literal stretches the search steps faster: by one more
-// position for each this many literal bytes, always by an odd step so that
-// every residue of the index stride is met.
+// Inside long literal stretches the search steps faster: by two more
+// positions for each this many literal bytes, always by an odd step so that
+// every residue of the original's index stride is met.
 constexpr size_t kLiteralsPerStep = 256;
 constexpr size_t kLargestStep = 9;
 
@@ -37,7 +43,10 @@ public:
     DeltaBuilder(const unsigned char* source, size_t sourceSize, const unsigned char* target, size_t targetSize,
                  std::vector<unsigned char>& patch)
         : source_(source), sourceSize_(sourceSize), target_(target), targetSize_(targetSize),
-          index_(source, sourceSize), encoder_(patch) {}
+          sourceIndex_(source, sourceSize, sourceSize / kSourceStride),
+          targetIndex_(target, targetSize, std::min(targetSize / kSourceStride, kMostNewBlocks)), encoder_(patch) {
+        for (size_t at = 0; at < sourceSize; at += kSourceStride) sourceIndex_.Add(at);
+    }
 
     void Build() {
         while (out_ < targetSize_) {
@@ -45,6 +54,7 @@ public:
             // A match is weighed against the one a position later, which may
             // save more even after a literal byte.
             if (match.gain < LeastGain(match) || Best(out_ + 1).gain > match.gain + 1) {
+                targetIndex_.Add(out_);
                 out_ += Step();
                 continue;
             }
@@ -73,12 +83,14 @@ private:
         if (copied_ && at + displacement_ < sourceSize_ && displacement_ != 0)
             Consider(best, SourceMatch(at, at + displacement_, BPS_SOURCE_COPY));
         if (best.length >= kLongEnough) return best;
-        if (targetSize_ - at >= SourceIndex::KEY_BYTES) {
-            size_t from = index_.Find(target_ + at);
-            if (from != SourceIndex::NONE && from != at) Consider(best, SourceMatch(at, from, BPS_SOURCE_COPY));
+        if (targetSize_ - at >= BlockIndex::KEY_BYTES) {
+            size_t from = sourceIndex_.Find(target_ + at);
+            if (from != BlockIndex::NONE && from != at) Consider(best, SourceMatch(at, from, BPS_SOURCE_COPY));
+            from = targetIndex_.Find(target_ + at);
+            if (from != BlockIndex::NONE && from < at) Consider(best, TargetMatch(at, from));
         }
         for (size_t period = 1; period <= kLongestPeriod && period <= at; ++period)
-            Consider(best, RepeatMatch(at, period));
+            Consider(best, TargetMatch(at, at - period));
         return best;
     }
 
@@ -106,14 +118,15 @@ private:
         return match;
     }
 
-    // The bytes at `at` repeating those period bytes before them.
-    Match RepeatMatch(size_t at, size_t period) const {
+    // The modified bytes at `at` repeating those from `from` on (which may
+    // run into the bytes being repeated).
+    Match TargetMatch(size_t at, size_t from) const {
         Match match;
-        match.length = CommonLength(target_ + at - period, target_ + at, targetSize_ - at);
+        match.length = CommonLength(target_ + from, target_ + at, targetSize_ - at);
         if (match.length == 0) return match;
         match.action = BPS_TARGET_COPY;
         match.to = at;
-        match.from = at - period;
+        match.from = from;
         match.gain = static_cast<ptrdiff_t>(match.length) -
                      static_cast<ptrdiff_t>(encoder_.TargetCopyCost(match.from, match.length));
         return match;
@@ -142,7 +155,8 @@ private:
     size_t sourceSize_;
     const unsigned char* target_;
     size_t targetSize_;
-    SourceIndex index_;
+    BlockIndex sourceIndex_;  // every kSourceStride-th block of the original
+    BlockIndex targetIndex_;  // the blocks of the new bytes passed so far
     BpsEncoder encoder_;
     size_t out_ = 0;
     size_t literal_ = 0;  // the first modified byte not yet written

@@ -7,8 +7,8 @@
 
 // Builds the patch that turns original into modified (empty metadata).
 // Unchanged stretches become SourceRead; data found elsewhere in the
-// original (moved, copied, behind an insertion) SourceCopy; repeated bytes
-// of the modified file TargetCopy; everything else TargetRead. Among the
+// original (moved, copied, behind an insertion) SourceCopy; runs, and new
+// bytes that occur again, TargetCopy; everything else TargetRead. Among the
 // ways to go on at a position, the one that saves the most patch bytes is
 // taken, looking one position ahead first.
 void BuildBpsPatch(const unsigned char* original, size_t originalSize, const unsigned char* modified,

@@ -94,6 +94,12 @@ TEST(BpsCreate, FindsMovedAndInsertedData) {
     std::copy_n(original.begin(), 0x8000, expanded.end() - 0x8000);
     EXPECT_LE(RoundTrip(original, expanded), 60u);
 
+    Bytes newTwice = original;  // the same new bank inserted at two places
+    const Bytes bank = RandomBytes(0x4000, random);
+    newTwice.insert(newTwice.begin() + 0x90000, bank.begin(), bank.end());
+    newTwice.insert(newTwice.begin() + 0x20000, bank.begin(), bank.end());
+    EXPECT_LE(RoundTrip(original, newTwice), bank.size() + 60);
+
     Bytes relocated = original;  // a script moved to a new place and partly rewritten
     std::copy_n(original.begin() + 0x1000, 0x3000, relocated.begin() + 0x80000);
     for (size_t i = 0x80000; i < 0x83000; i += 0x100) relocated[i + 5] ^= 0x5A;
