@@ -38,34 +38,39 @@ step_usage() {
     run
 }
 
+# Creates translation.EXT from the English to the French image with i.
+create_translation() {
+    run sample_fr.nes i sample.nes "translation.$1"
+    echo "translation.$1: $(wc -c <"$WORK/translation.$1") bytes"
+    echo
+}
+
+# Applies translation.EXT to COPY, a fresh copy of the English image, with p.
+apply_translation() {
+    cp "$WORK/sample.nes" "$WORK/$2"
+    run "$2" p "translation.$1"
+    cmp "$WORK/$2" "$WORK/sample_fr.nes" && echo "$2 is now identical to sample_fr.nes"
+    echo
+}
+
 step_create_ips() {
     echo "== creating an IPS patch from the English to the French image"
-    run sample_fr.nes i sample.nes translation.ips
-    echo "translation.ips: $(wc -c <"$WORK/translation.ips") bytes"
-    echo
+    create_translation ips
 }
 
 step_apply_ips() {
     echo "== applying the patch to a copy of the English image"
-    cp "$WORK/sample.nes" "$WORK/patched.nes"
-    run patched.nes p translation.ips
-    cmp "$WORK/patched.nes" "$WORK/sample_fr.nes" && echo "patched.nes is now identical to sample_fr.nes"
-    echo
+    apply_translation ips patched.nes
 }
 
 step_create_bps() {
     echo "== creating the same translation as a BPS patch"
-    run sample_fr.nes i sample.nes translation.bps
-    echo "translation.bps: $(wc -c <"$WORK/translation.bps") bytes"
-    echo
+    create_translation bps
 }
 
 step_apply_bps() {
     echo "== applying the BPS patch to another copy of the English image"
-    cp "$WORK/sample.nes" "$WORK/patched_bps.nes"
-    run patched_bps.nes p translation.bps
-    cmp "$WORK/patched_bps.nes" "$WORK/sample_fr.nes" && echo "patched_bps.nes is now identical to sample_fr.nes"
-    echo
+    apply_translation bps patched_bps.nes
 }
 
 step_wrong_rom_bps() {

@@ -11,6 +11,7 @@
 #include "core/file_view.h"
 #include "core/last_error.h"
 #include "core/output_file.h"
+#include "core/patch_inputs.h"
 #include "core/ups_apply.h"
 #include "trelvane.h"
 
@@ -91,13 +92,8 @@ long Trelvane_CreateBPS(const char* bpsfile, const char* originalfile, const cha
     if (!bpsfile) bpsfile = "";
     if (!originalfile) originalfile = "";
     if (!modifiedfile) modifiedfile = "";
-    // An input that is also the patch file is read whole, as writing the
-    // patch replaces it.
     FileView original, modified;
-    if (!original.Open(originalfile, SameFile(bpsfile, originalfile)))
-        return SetError(TLERR_FILE_NOREAD, originalfile, 0, 0);
-    if (!modified.Open(modifiedfile, SameFile(bpsfile, modifiedfile)))
-        return SetError(TLERR_FILE_NOREAD, modifiedfile, 0, 0);
+    if (!OpenPatchInputs(bpsfile, originalfile, modifiedfile, original, modified)) return 0;
     if (original.size() > DELTA_LARGEST_FILE) return ReportTooLarge(originalfile, original.size());
     if (modified.size() > DELTA_LARGEST_FILE) return ReportTooLarge(modifiedfile, modified.size());
     std::vector<unsigned char> patch;

@@ -8,6 +8,7 @@
 #include "core/ips_format.h"
 #include "core/last_error.h"
 #include "core/output_file.h"
+#include "core/patch_inputs.h"
 #include "trelvane.h"
 
 #ifdef _WIN32
@@ -64,13 +65,8 @@ long Trelvane_CreateIPS(const char* ipsfile, const char* originalfile, const cha
     if (!ipsfile) ipsfile = "";
     if (!originalfile) originalfile = "";
     if (!modifiedfile) modifiedfile = "";
-    // An input that is also the patch file is read whole, as creating the
-    // patch truncates it.
     FileView original, modified;
-    if (!original.Open(originalfile, SameFile(ipsfile, originalfile)))
-        return SetError(TLERR_FILE_NOREAD, originalfile, 0, 0);
-    if (!modified.Open(modifiedfile, SameFile(ipsfile, modifiedfile)))
-        return SetError(TLERR_FILE_NOREAD, modifiedfile, 0, 0);
+    if (!OpenPatchInputs(ipsfile, originalfile, modifiedfile, original, modified)) return 0;
     std::vector<unsigned char> patch;
     switch (BuildIpsPatch(original.data(), original.size(), modified.data(), modified.size(), patch)) {
         case IpsBuild::Identical: return SetError(TLERR_IPS_IDENTICAL, "unknown", 0, 0);
