@@ -13,6 +13,8 @@
 namespace {
 
 constexpr unsigned char kMagic[] = {'B', 'P', 'S', '1'};
+// Matches shorter than this are weighed against the one a position later.
+constexpr size_t kLazyBelow = 4096;
 // Data read in place or moved along with the last copy is taken without
 // looking further once it is this long.
 constexpr size_t kLongEnough = 64;
@@ -52,8 +54,10 @@ public:
         while (out_ < targetSize_) {
             Match match = Best(out_);
             // A match is weighed against the one a position later, which may
-            // save more even after a literal byte.
-            if (match.gain < LeastGain(match) || Best(out_ + 1).gain > match.gain + 1) {
+            // save more even after a literal byte; a long one is taken as it
+            // is, so that no stretch is measured again and again.
+            if (match.gain < LeastGain(match) ||
+                (match.length < kLazyBelow && Best(out_ + 1).gain > match.gain + 1)) {
                 targetIndex_.Add(out_);
                 out_ += Step();
                 continue;

@@ -10,6 +10,6 @@
 // original (moved, copied, behind an insertion) SourceCopy; runs, and new
 // bytes that occur again, TargetCopy; everything else TargetRead. Among the
 // ways to go on at a position, the one that saves the most patch bytes is
-// taken, looking one position ahead first.
+// taken, looking one position ahead first unless it is long.
 void BuildBpsPatch(const unsigned char* original, size_t originalSize, const unsigned char* modified,
                    size_t modifiedSize, std::vector<unsigned char>& patch);
