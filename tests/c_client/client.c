@@ -35,6 +35,15 @@ int main(void) {
     check(Trelvane_ApplyIPS("client.ips", "client-old.gb") == 1, "applying it");
     check(Trelvane_CreateIPS("client.ips", "client-old.gb", "client-new.gb") == 0, "identical files make no patch");
     check(Trelvane_GetLastErrorCode() == TLERR_IPS_IDENTICAL, "the failure is TLERR_IPS_IDENTICAL");
+    /* The same with BPS; applied a second time, the patch finds the wrong file. */
+    write_text("client-old.gb", "abcd");
+    check(Trelvane_CreateBPS("client.bps", "client-old.gb", "client-new.gb") == 1, "creating a BPS patch");
+    check(Trelvane_ApplyBPS("client.bps", "client-old.gb") == 1, "applying it");
+    check(Trelvane_ApplyBPS("client.bps", "client-old.gb") == 0, "applying it again");
+    check(Trelvane_GetLastErrorCode() == TLERR_DELTA_WRONG_ROM, "the failure is TLERR_DELTA_WRONG_ROM");
+    check(Trelvane_ApplyUPS("client.bps", "client-old.gb") == 0, "a BPS patch is no UPS patch");
+    check(Trelvane_GetLastErrorCode() == TLERR_FILE_INVALID, "the failure is TLERR_FILE_INVALID");
+    remove("client.bps");
     remove("client-old.gb");
     remove("client-new.gb");
     remove("client.ips");
