@@ -72,4 +72,12 @@ TEST_F(DeltaCommandTest, ApplyRefusals) {
     EXPECT_FALSE(FileExists(dir / "gone.smc"));
 }
 
+TEST_F(DeltaCommandTest, MessagesCanBeReworded) {
+    WriteFile(dir / "game.smc", Bytes{0x01, 0x11, 0x22, 0x33});
+    WriteFile(dir / "fix.bps", kPatch);
+    WriteFile(dir / "trelvane.msg",
+              std::string("TRELVANE_MESSAGE(TLERR_DELTA_WRONG_ROM, \"Falsches ROM [file]: [data1] statt [data0]\")"));
+    EXPECT_EQ(Run({"game.smc", "p", "fix.bps"}), (RunResult{255, "Falsches ROM game.smc: 9C7E5608 statt 24C2316D\n"}));
+}
+
 }  // namespace
