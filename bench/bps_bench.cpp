@@ -2,6 +2,7 @@
 // changed in scattered runs; (b) the same plus eight 64 KiB blocks copied
 // over other places and 64 KiB of new bytes inserted in the middle. The
 // patch sizes, and that of the IPS patch of (a), are reported as counters.
+// The engine calls, and for (b) the whole i and p commands as well.
 #include <benchmark/benchmark.h>
 #include <unistd.h>
 
@@ -11,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "run_trelvane.h"
 #include "trelvane.h"
 
 namespace {
@@ -110,9 +112,29 @@ void BM_CreateBpsMovedAndInserted(benchmark::State& state) { CreateBps(state, "b
 void BM_ApplyBpsScattered(benchmark::State& state) { ApplyBps(state, "a"); }
 void BM_ApplyBpsMovedAndInserted(benchmark::State& state) { ApplyBps(state, "b"); }
 
+void BM_CreateBpsCommand(benchmark::State& state) {
+    const BenchFiles& files = Files();
+    for (auto _ : state)
+        if (!RunTrelvane({files.Path("b.smc"), "i", files.Path("old.smc"), files.Path("cmd.bps")}))
+            state.SkipWithError("the i command failed");
+}
+
+void BM_ApplyBpsCommand(benchmark::State& state) {
+    const BenchFiles& files = Files();
+    for (auto _ : state) {
+        state.PauseTiming();
+        files.RestoreOriginal("target.smc");
+        state.ResumeTiming();
+        if (!RunTrelvane({files.Path("target.smc"), "p", files.Path("b.bps")}))
+            state.SkipWithError("the p command failed");
+    }
+}
+
 BENCHMARK(BM_CreateBpsScattered)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(BM_CreateBpsMovedAndInserted)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(BM_ApplyBpsScattered)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(BM_ApplyBpsMovedAndInserted)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(BM_CreateBpsCommand)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(BM_ApplyBpsCommand)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 }  // namespace
