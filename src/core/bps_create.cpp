@@ -1,14 +1,15 @@
 #include "core/bps_create.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 
+#include "core/block_index.h"
 #include "core/bps_encoder.h"
 #include "core/byte_compare.h"
 #include "core/crc32.h"
 #include "core/delta_frame.h"
 #include "core/patch_numbers.h"
-#include "core/block_index.h"
 
 namespace {
 
