@@ -49,6 +49,16 @@ enum TrelvaneMessage {
     TLERR_TABLE_OR_COUNT = -352,
     TLERR_IPS_IDENTICAL = -400,
     TLERR_IPS_NO_EOF = -401,
+    TLERR_DELTA_WRONG_ROM = -402,
+    TLERR_DELTA_WRONG_ROM_EITHER_WAY = -403,
+    TLERR_DELTA_PATCH_CRC = -404,
+    TLERR_DELTA_TRUNCATED = -405,
+    TLERR_DELTA_OVERFLOW = -406,
+    TLERR_DELTA_OUT_OF_BOUNDS = -407,
+    TLERR_DELTA_TRAILING = -408,
+    TLERR_DELTA_INCOMPLETE = -409,
+    TLERR_DELTA_RESULT_CRC = -410,
+    TLERR_DELTA_TOO_LARGE = -411,
     TLERR_TEXT_NOENCODE = -500,
     TLERR_TEXT_TOOMUCH = -501,
     TLMSG_TEXT_INSERTED = -502,
@@ -130,6 +140,13 @@ TRELVANE_API long Trelvane_UseROM(long handle);
 /* IPS patches */
 TRELVANE_API long Trelvane_CreateIPS(const char* ipsfile, const char* originalfile, const char* modifiedfile);
 TRELVANE_API long Trelvane_ApplyIPS(const char* ipsfile, const char* romfile);
+
+/* BPS and UPS patches. Applying checks the whole patch and the ROM's CRC-32
+ * before the ROM file is replaced by the result; a UPS patch applies in
+ * whichever direction the ROM fits. */
+TRELVANE_API long Trelvane_CreateBPS(const char* bpsfile, const char* originalfile, const char* modifiedfile);
+TRELVANE_API long Trelvane_ApplyBPS(const char* bpsfile, const char* romfile);
+TRELVANE_API long Trelvane_ApplyUPS(const char* upsfile, const char* romfile);
 
 /* Patch scripts */
 TRELVANE_API long Trelvane_PatchFile_Open(const char* file);

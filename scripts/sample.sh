@@ -38,18 +38,46 @@ step_usage() {
     run
 }
 
+# Creates translation.EXT from the English to the French image with i.
+create_translation() {
+    run sample_fr.nes i sample.nes "translation.$1"
+    echo "translation.$1: $(wc -c <"$WORK/translation.$1") bytes"
+    echo
+}
+
+# Applies translation.EXT to COPY, a fresh copy of the English image, with p.
+apply_translation() {
+    cp "$WORK/sample.nes" "$WORK/$2"
+    run "$2" p "translation.$1"
+    cmp "$WORK/$2" "$WORK/sample_fr.nes" && echo "$2 is now identical to sample_fr.nes"
+    echo
+}
+
 step_create_ips() {
     echo "== creating an IPS patch from the English to the French image"
-    run sample_fr.nes i sample.nes translation.ips
-    echo "translation.ips: $(wc -c <"$WORK/translation.ips") bytes"
-    echo
+    create_translation ips
 }
 
 step_apply_ips() {
     echo "== applying the patch to a copy of the English image"
-    cp "$WORK/sample.nes" "$WORK/patched.nes"
-    run patched.nes p translation.ips
-    cmp "$WORK/patched.nes" "$WORK/sample_fr.nes" && echo "patched.nes is now identical to sample_fr.nes"
+    apply_translation ips patched.nes
+}
+
+step_create_bps() {
+    echo "== creating the same translation as a BPS patch"
+    create_translation bps
+}
+
+step_apply_bps() {
+    echo "== applying the BPS patch to another copy of the English image"
+    apply_translation bps patched_bps.nes
+}
+
+step_wrong_rom_bps() {
+    echo "== applying the BPS patch to the wrong image: the already French one"
+    cp "$WORK/sample_fr.nes" "$WORK/wrong.nes"
+    run wrong.nes p translation.bps
+    cmp "$WORK/wrong.nes" "$WORK/sample_fr.nes" && echo "wrong.nes is unchanged"
     echo
 }
 
@@ -171,5 +199,5 @@ step_patch_script() {
     echo
 }
 
-STEPS=(build generate usage create_ips apply_ips tiles convert_table locate dump translate insert check patch_script)
+STEPS=(build generate usage create_ips apply_ips create_bps apply_bps wrong_rom_bps tiles convert_table locate dump translate insert check patch_script)
 for step in "${STEPS[@]}"; do "step_$step"; done

@@ -2,16 +2,20 @@
 
 #include "app/command_sequences.h"
 #include "app/sequence_support.h"
-#include "core/path_names.h"
-#include "core/text_compare.h"
 #include "patch/patch_limits.h"
 #include "trelvane.h"
 
 namespace {
 
-bool IsIpsFile(const char* path) {
-    const char* dot = LastDotOfBaseName(path);
-    return dot && SameTextIgnoringCase(dot + 1, "ips");
+using PatchApplier = long (*)(const char* patch, const char* rom);
+
+// The engine function that applies a patch file of this name, or null for
+// a patch script.
+PatchApplier ApplierFor(const char* path) {
+    if (HasExtension(path, "ips")) return Trelvane_ApplyIPS;
+    if (HasExtension(path, "bps")) return Trelvane_ApplyBPS;
+    if (HasExtension(path, "ups")) return Trelvane_ApplyUPS;
+    return nullptr;
 }
 
 // Runs a patch script on the ROM: failed statements are printed and the script goes on; the
@@ -42,8 +46,9 @@ int RunPatchScript(const char* rom, const char* script) {
 // p: argument 3 is the patch, applied to the ROM file (argument 1) on disk.
 int RunPatchApply(const CommandLine& line) {
     const char* patch = line.argv[3];
-    if (!IsIpsFile(patch)) return RunPatchScript(line.argv[1], patch);
-    if (!Trelvane_ApplyIPS(patch, line.argv[1])) return FailWithLastError();
+    PatchApplier apply = ApplierFor(patch);
+    if (!apply) return RunPatchScript(line.argv[1], patch);
+    if (!apply(patch, line.argv[1])) return FailWithLastError();
     Trelvane_SetStringFile(patch);
     PrintMessageLine(TLMSG_PATCH_SUCCESS);
     return 0;

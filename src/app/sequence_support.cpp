@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "core/path_names.h"
+#include "core/text_compare.h"
 #include "trelvane.h"
 
 int FailWithLastError() {
@@ -29,4 +30,9 @@ long ParseNumberArgument(const char* text) {
 std::string IpsNameForRom(const char* rom) {
     const char* dot = LastDotOfBaseName(rom);
     return (dot ? std::string(rom, dot) : std::string(rom)) + ".ips";
+}
+
+bool HasExtension(const char* path, const char* extension) {
+    const char* dot = LastDotOfBaseName(path);
+    return dot && SameTextIgnoringCase(dot + 1, extension);
 }

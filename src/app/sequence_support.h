@@ -20,3 +20,7 @@ long ParseNumberArgument(const char* text);
 // The patch name the i command derives from the ROM's: its extension
 // replaced by ".ips", or ".ips" appended when it has none.
 std::string IpsNameForRom(const char* rom);
+
+// True when path's extension (behind the last "." of its base name) is
+// extension, letters compared without regard to case.
+bool HasExtension(const char* path, const char* extension);

@@ -1,8 +1,9 @@
 #include "core/ips_format.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstring>
+
+#include "core/byte_compare.h"
 
 namespace {
 
@@ -17,27 +18,6 @@ constexpr size_t kTruncationSize = 3;
 constexpr size_t kEndMarkerOffset = 0x454F46;
 // Equal bytes a run may carry between two changes.
 constexpr size_t kLongestCarriedStretch = 8;
-
-size_t FirstDifferingByteOf(uint64_t difference) {
-    if constexpr (std::endian::native == std::endian::little)
-        return static_cast<size_t>(std::countr_zero(difference)) / 8;
-    else
-        return static_cast<size_t>(std::countl_zero(difference)) / 8;
-}
-
-// The first position in [from, end) where a and b differ, or end; compares
-// a word at a time.
-size_t FirstDifference(const unsigned char* a, const unsigned char* b, size_t from, size_t end) {
-    size_t at = from;
-    for (; at + sizeof(uint64_t) <= end; at += sizeof(uint64_t)) {
-        uint64_t x, y;
-        std::memcpy(&x, a + at, sizeof x);
-        std::memcpy(&y, b + at, sizeof y);
-        if (x != y) return at + FirstDifferingByteOf(x ^ y);
-    }
-    while (at < end && a[at] == b[at]) ++at;
-    return at;
-}
 
 // Compares an original with a modified sequence; positions the original does
 // not have always differ.

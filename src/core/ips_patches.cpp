@@ -11,6 +11,7 @@
 #include "core/output_file.h"
 #include "core/rom_slots.h"
 #include "core/same_file.h"
+#include "core/patch_inputs.h"
 #include "trelvane.h"
 
 namespace {
@@ -38,10 +39,7 @@ long Trelvane_CreateIPS(const char* ipsfile, const char* originalfile, const cha
     // An input that is also the patch file is read whole, so that no view of
     // it stays open while the file is replaced.
     FileView original, modified;
-    if (!original.Open(originalfile, SameFile(ipsfile, originalfile)))
-        return SetError(TLERR_FILE_NOREAD, originalfile, 0, 0);
-    if (!modified.Open(modifiedfile, SameFile(ipsfile, modifiedfile)))
-        return SetError(TLERR_FILE_NOREAD, modifiedfile, 0, 0);
+    if (!OpenPatchInputs(ipsfile, originalfile, modifiedfile, original, modified)) return 0;
     std::vector<unsigned char> patch;
     switch (BuildIpsPatch(original.data(), original.size(), modified.data(), modified.size(), patch)) {
         case IpsBuild::Identical: return SetError(TLERR_IPS_IDENTICAL, "unknown", 0, 0);

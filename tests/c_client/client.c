@@ -12,10 +12,9 @@ const Exported trelvane_exported[] = {
     (Exported)Trelvane_GetLastError,     (Exported)Trelvane_GetLastErrorCode, (Exported)Trelvane_GetString,
     (Exported)Trelvane_SetStringData,    (Exported)Trelvane_SetStringFile,    (Exported)Trelvane_LoadROM,
     (Exported)Trelvane_SaveROM,          (Exported)Trelvane_FreeROM,          (Exported)Trelvane_UseROM,
-    (Exported)Trelvane_CreateIPS,        (Exported)Trelvane_ApplyIPS,
-#ifdef TRELVANE_HAS_PATCH_SCRIPTS
+    (Exported)Trelvane_CreateIPS,        (Exported)Trelvane_ApplyIPS,         (Exported)Trelvane_CreateBPS,
+    (Exported)Trelvane_ApplyBPS,         (Exported)Trelvane_ApplyUPS,
     (Exported)Trelvane_PatchFile_Open,   (Exported)Trelvane_PatchFile_Process, (Exported)Trelvane_PatchFile_Close,
-#endif
     (Exported)Trelvane_LoadFont,         (Exported)Trelvane_SaveFont,         (Exported)Trelvane_Encode,
     (Exported)Trelvane_Decode,           (Exported)Trelvane_GetPointer,       (Exported)Trelvane_FindPointerTable,
     (Exported)Trelvane_AdjustPointerTable, (Exported)Trelvane_Locate,         (Exported)Trelvane_LocateWide,
@@ -70,6 +69,15 @@ int main(void) {
         check(memcmp(bytes, "aXYdE", 5) == 0, "the script's bytes");
     }
     remove("client.asm");
+    /* The same with BPS; applied a second time, the patch finds the wrong file. */
+    write_text("client-old.gb", "abcd");
+    check(Trelvane_CreateBPS("client.bps", "client-old.gb", "client-new.gb") == 1, "creating a BPS patch");
+    check(Trelvane_ApplyBPS("client.bps", "client-old.gb") == 1, "applying it");
+    check(Trelvane_ApplyBPS("client.bps", "client-old.gb") == 0, "applying it again");
+    check(Trelvane_GetLastErrorCode() == TLERR_DELTA_WRONG_ROM, "the failure is TLERR_DELTA_WRONG_ROM");
+    check(Trelvane_ApplyUPS("client.bps", "client-old.gb") == 0, "a BPS patch is no UPS patch");
+    check(Trelvane_GetLastErrorCode() == TLERR_FILE_INVALID, "the failure is TLERR_FILE_INVALID");
+    remove("client.bps");
     remove("client-old.gb");
     remove("client-new.gb");
     remove("client.ips");
