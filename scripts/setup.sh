@@ -1,8 +1,10 @@
 # Sourced by the other scripts: installs the Debian packages that the build,
 # the tests, the benchmarks, the fuzz targets and the sample need, skipping
 # the installation when all of them are present.
-# python3-pil serves the tests that draw and check bitmaps.
-TRELVANE_PACKAGES=(cmake ninja-build g++ clang libclang-rt-14-dev libgtest-dev libbenchmark-dev python3 python3-pil)
+# python3-pil serves the tests that draw and check bitmaps; MinGW-w64 builds
+# the Windows programs, wine64 runs their tests and zip packs them.
+TRELVANE_PACKAGES=(cmake ninja-build g++ clang libclang-rt-14-dev libgtest-dev libbenchmark-dev python3 python3-pil
+                   g++-mingw-w64-x86-64-posix mingw-w64 wine64 zip)
 
 package_installed() {
     dpkg-query -W -f='${Status}' "$1" 2>/dev/null | grep -q "install ok installed"

@@ -7,6 +7,8 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 export WINEPREFIX="$root/build/wine-prefix"
 export WINEDEBUG=-all
+# Names on the command line and on disk are UTF-8 whatever the caller's locale.
+export LC_ALL=C.UTF-8
 # No prompts to install the .NET and HTML engines: console programs need neither.
 export WINEDLLOVERRIDES="mscoree,mshtml="
 

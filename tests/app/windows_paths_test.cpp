@@ -1,0 +1,79 @@
+// Paths as Windows users type them, run against the Windows build only:
+// "\" between folders, drive letters, names with blanks and accented
+// letters, the message file beside the executable, and outputs replacing
+// files that already exist.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+#include "support/test_support.h"
+
+namespace {
+
+const Bytes kOriginal = {0x00, 0x11, 0x22, 0x33};
+const Bytes kModified = {0x00, 0xAA, 0x22, 0x33};
+const std::string kPatch = std::string("PATCH\0\0\1\0\1\xAA" "EOF", 14);
+
+// path as Windows sees it under wine, which maps drive Z: to the root folder.
+std::string OnDriveZ(const std::filesystem::path& path) {
+    std::string name = "Z:" + path.string();
+    for (char& c : name)
+        if (c == '/') c = '\\';
+    return name;
+}
+
+class WindowsPathsTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        if (!TestingWindowsBuild()) GTEST_SKIP() << "runs against the Windows build only";
+        std::filesystem::create_directories(dir / "roms");
+        std::filesystem::create_directories(dir / "patches");
+        WriteFile(dir / "roms/old.smc", kOriginal);
+        WriteFile(dir / "roms/new.smc", kModified);
+    }
+    RunResult Run(const std::vector<std::string>& args) { return RunTrelvane(dir.path(), args); }
+    TempDir dir;
+};
+
+TEST_F(WindowsPathsTest, BackslashesSeparateFolders) {
+    EXPECT_EQ(Run({"roms\\new.smc", "i", "roms\\old.smc", "patches\\fix.ips"}), (RunResult{0, ""}));
+    EXPECT_EQ(ReadText(dir / "patches/fix.ips"), kPatch);
+    EXPECT_EQ(Run({"roms\\old.smc", "p", "patches\\fix.ips"}), (RunResult{0, "patches\\fix.ips: Patch successful\n"}));
+    EXPECT_EQ(ReadFile(dir / "roms/old.smc"), kModified);
+}
+
+TEST_F(WindowsPathsTest, DriveLetterPaths) {
+    // Without a patch name the patch is named after the changed image, in its folder.
+    const std::string changed = OnDriveZ(dir.path() / "roms" / "new.smc");
+    EXPECT_EQ(Run({changed, "i", "roms\\old.smc"}), (RunResult{0, ""}));
+    EXPECT_EQ(ReadText(dir / "roms/new.ips"), kPatch);
+    EXPECT_EQ(Run({"Z:" + std::string("roms\\old.smc"), "i", "roms\\old.smc"}),
+              (RunResult{0, "Files identical. IPS not created.\n"}));
+    EXPECT_EQ(Run({OnDriveZ(dir.path() / "roms" / "old.smc"), "p", "roms\\new.ips"}),
+              (RunResult{0, "roms\\new.ips: Patch successful\n"}));
+    EXPECT_EQ(ReadFile(dir / "roms/old.smc"), kModified);
+}
+
+TEST_F(WindowsPathsTest, BlanksAndAccentedLettersInTheImageName) {
+    WriteFile(dir / "roms/Mon jeu traduit é.smc", kModified);
+    EXPECT_EQ(Run({"roms\\Mon jeu traduit é.smc", "i", "roms\\old.smc"}), (RunResult{0, ""}));
+    EXPECT_EQ(ReadText(dir / "roms/Mon jeu traduit é.ips"), kPatch);
+}
+
+TEST_F(WindowsPathsTest, MessageFileBesideTheExecutable) {
+    const std::filesystem::path exe = InstallTrelvane(dir / "Trelvane Tools");
+    WriteFile(dir / "Trelvane Tools/trelvane.msg", "TRELVANE_MESSAGE(TLMSG_PATCH_SUCCESS, \"[file] angewendet\")");
+    EXPECT_EQ(RunTrelvaneAt(exe, dir.path(), {"roms\\old.smc", "p", "fix.ips"}),
+              (RunResult{255, "Error opening fix.ips.\n"}));
+    WriteFile(dir / "fix.ips", kPatch);
+    EXPECT_EQ(RunTrelvaneAt(exe, dir.path(), {"roms\\old.smc", "p", "fix.ips"}), (RunResult{0, "fix.ips angewendet\n"}));
+}
+
+TEST_F(WindowsPathsTest, OutputsReplaceExistingFiles) {
+    WriteFile(dir / "patches/fix.ips", std::string(100, 'x'));
+    EXPECT_EQ(Run({"roms\\new.smc", "i", "roms\\old.smc", "patches\\fix.ips"}), (RunResult{0, ""}));
+    EXPECT_EQ(ReadText(dir / "patches/fix.ips"), kPatch);
+}
+
+}  // namespace
