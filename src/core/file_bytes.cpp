@@ -4,9 +4,11 @@
 #include <filesystem>
 #include <new>
 
+#include "core/system_path.h"
+
 bool ReadFileBytes(const char* path, std::vector<unsigned char>& bytes) {
     std::error_code error;
-    if (!std::filesystem::is_regular_file(path, error)) return false;
+    if (!std::filesystem::is_regular_file(SystemPath(path), error)) return false;
     std::FILE* file = std::fopen(path, "rb");
     if (!file) return false;
     bool ok = std::fseek(file, 0, SEEK_END) == 0;

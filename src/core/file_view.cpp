@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "core/file_bytes.h"
+#include "core/system_path.h"
 
 #ifndef _WIN32
 #include <fcntl.h>
@@ -51,5 +52,5 @@ bool FileView::Open(const char* path, bool copy) {
 
 bool SameFile(const char* a, const char* b) {
     std::error_code error;
-    return std::filesystem::equivalent(a, b, error) && !error;
+    return std::filesystem::equivalent(SystemPath(a), SystemPath(b), error) && !error;
 }

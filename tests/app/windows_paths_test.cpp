@@ -56,14 +56,18 @@ TEST_F(WindowsPathsTest, DriveLetterPaths) {
 }
 
 TEST_F(WindowsPathsTest, BlanksAndAccentedLettersInTheImageName) {
-    WriteFile(dir / "roms/Mon jeu traduit é.smc", kModified);
-    EXPECT_EQ(Run({"roms\\Mon jeu traduit é.smc", "i", "roms\\old.smc"}), (RunResult{0, ""}));
-    EXPECT_EQ(ReadText(dir / "roms/Mon jeu traduit é.ips"), kPatch);
+    // Letters of the Windows code page, with and without a Unicode
+    // counterpart at the same number.
+    for (const std::string name : {"Mon jeu traduit é", "Cœur", "Ärger über Öl"}) {
+        WriteFile(dir / ("roms/" + name + ".smc"), kModified);
+        EXPECT_EQ(Run({"roms\\" + name + ".smc", "i", "roms\\old.smc"}), (RunResult{0, ""})) << name;
+        EXPECT_EQ(ReadText(dir / ("roms/" + name + ".ips")), kPatch) << name;
+    }
 }
 
 TEST_F(WindowsPathsTest, MessageFileBesideTheExecutable) {
-    const std::filesystem::path exe = InstallTrelvane(dir / "Trelvane Tools");
-    WriteFile(dir / "Trelvane Tools/trelvane.msg", "TRELVANE_MESSAGE(TLMSG_PATCH_SUCCESS, \"[file] angewendet\")");
+    const std::filesystem::path exe = InstallTrelvane(dir / "Trelvane Übersetzung");
+    WriteFile(dir / "Trelvane Übersetzung/trelvane.msg", "TRELVANE_MESSAGE(TLMSG_PATCH_SUCCESS, \"[file] angewendet\")");
     EXPECT_EQ(RunTrelvaneAt(exe, dir.path(), {"roms\\old.smc", "p", "fix.ips"}),
               (RunResult{255, "Error opening fix.ips.\n"}));
     WriteFile(dir / "fix.ips", kPatch);
