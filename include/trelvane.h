@@ -34,6 +34,8 @@ enum TrelvaneMessage {
     TLERR_FILE_NOWRITE = -104,
     TLERR_FILE_NOCREATE = -105,
     TLERR_FILE_INVALID = -106,
+    TLERR_FILE_TOOLARGE = -107,
+    TLERR_FILE_SAME = -108,
     TLERR_ID_BAD = -200,
     TLERR_FORMAT_BAD = -201,
     TLERR_EXPECTED = -250,
@@ -116,7 +118,10 @@ TRELVANE_API char* Trelvane_GetString(int id);
 TRELVANE_API void Trelvane_SetStringData(int index, const char* text);
 TRELVANE_API void Trelvane_SetStringFile(const char* text);
 
-/* ROM images */
+/* ROM images. Trelvane_LoadROM refuses files of more than
+ * TRELVANE_ROM_MAX_SIZE bytes (64 MiB) before reading them, and so does
+ * Trelvane_ApplyIPS for the file it patches. */
+#define TRELVANE_ROM_MAX_SIZE 0x4000000
 TRELVANE_API long Trelvane_LoadROM(const char* path);
 TRELVANE_API long Trelvane_SaveROM(const char* path);
 TRELVANE_API void Trelvane_FreeROM(long handle);

@@ -3,24 +3,31 @@
 #include <cstring>
 #include <iterator>
 
+#include "app/sequence_support.h"
 #include "core/text_compare.h"
 #include "trelvane.h"
 
 namespace {
 
 constexpr CommandEntry kCommands[] = {
-    {"f", TLMSG_USAGE_TILES_INSERT, {PARAM_ADDRESS, PARAM_BMPFILE, PARAM_FORMAT}, RunTilesInsert},
-    {"b", TLMSG_USAGE_TILES_DUMP, {PARAM_ADDRESS, PARAM_BMPFILE, PARAM_FORMAT}, RunTilesDump},
-    {"c", TLMSG_USAGE_THINGY_CONVERT, {PARAM_FONTFILE}, RunThingyConvert},
-    {"l#", TLMSG_USAGE_STRING_LOCATE, {PARAM_FONTFILE, PARAM_STRING}, RunStringLocate},
-    {"d#", TLMSG_USAGE_SCRIPT_DUMP, {PARAM_FONTFILE, PARAM_DUMPFILE, PARAM_ADDRESS, PARAM_COUNT}, RunScriptDump},
+    {"f", TLMSG_USAGE_TILES_INSERT, {PARAM_ADDRESS, PARAM_BMPFILE, PARAM_FORMAT}, RunTilesInsert,
+     {{1, FILE_REWRITTEN}, {4, FILE_INPUT}}},
+    {"b", TLMSG_USAGE_TILES_DUMP, {PARAM_ADDRESS, PARAM_BMPFILE, PARAM_FORMAT}, RunTilesDump,
+     {{1, FILE_INPUT}, {4, FILE_OUTPUT}}},
+    {"c", TLMSG_USAGE_THINGY_CONVERT, {PARAM_FONTFILE}, RunThingyConvert, {{1, FILE_INPUT}, {3, FILE_OUTPUT}}},
+    {"l#", TLMSG_USAGE_STRING_LOCATE, {PARAM_FONTFILE, PARAM_STRING}, RunStringLocate,
+     {{1, FILE_INPUT}, {3, FILE_INPUT}}},
+    {"d#", TLMSG_USAGE_SCRIPT_DUMP, {PARAM_FONTFILE, PARAM_DUMPFILE, PARAM_ADDRESS, PARAM_COUNT}, RunScriptDump,
+     {{1, FILE_INPUT}, {3, FILE_INPUT}, {4, FILE_OUTPUT}}},
     {"x#",
      MSG_USAGE_POINTER_DUMP,
      {PARAM_FONTFILE, PARAM_DUMPFILE, PARAM_ADDRESS, PARAM_SIZE, PARAM_FREQUENCY, PARAM_COUNT},
-     RunPointerDump},
-    {"t#", TLMSG_USAGE_SCRIPT_INSERT, {PARAM_TEXTFILE}, RunScriptInsert},
-    {"i", TLMSG_USAGE_IPS_CREATE, {PARAM_ORIGINALFILE, PARAM_IPSFILE}, RunIpsCreate},
-    {"p", TLMSG_USAGE_PATCH_APPLY, {PARAM_PATCHFILE}, RunPatchApply},
+     RunPointerDump,
+     {{1, FILE_INPUT}, {3, FILE_INPUT}, {4, FILE_OUTPUT}}},
+    {"t#", TLMSG_USAGE_SCRIPT_INSERT, {PARAM_TEXTFILE}, RunScriptInsert, {{1, FILE_REWRITTEN}, {3, FILE_INPUT}}},
+    {"i", TLMSG_USAGE_IPS_CREATE, {PARAM_ORIGINALFILE, PARAM_IPSFILE}, RunIpsCreate,
+     {{1, FILE_INPUT}, {3, FILE_INPUT}, {4, FILE_OUTPUT, IpsNameForRom}}},
+    {"p", TLMSG_USAGE_PATCH_APPLY, {PARAM_PATCHFILE}, RunPatchApply, {{1, FILE_REWRITTEN}, {3, FILE_INPUT}}},
 };
 
 enum class Check { Number, TileFormat, FileName, None };

@@ -2,6 +2,8 @@
 // sequence, with the checks its parameters must pass before it runs.
 #pragma once
 
+#include <string>
+
 #include "app/command_sequences.h"
 
 enum ParamKind {
@@ -22,12 +24,26 @@ enum ParamKind {
 };
 
 constexpr int MAX_COMMAND_PARAMETERS = 8;
+constexpr int MAX_COMMAND_FILES = 4;
+
+// What a command does with a file it names: reads it, writes it, or reads it
+// and writes it back in place.
+enum FileRole { FILE_NONE = 0, FILE_INPUT, FILE_OUTPUT, FILE_REWRITTEN };
+
+struct CommandFile {
+    int argument;  // argv index
+    FileRole role;
+    // The name used when the argument is absent (derived from argument 1),
+    // or null when an absent argument names no file.
+    std::string (*nameWhenAbsent)(const char* firstArgument) = nullptr;
+};
 
 struct CommandEntry {
     const char* name;  // the command letter, then "#" when it takes a font ID
     int usageMessage;  // catalogue text of its usage line
     ParamKind parameters[MAX_COMMAND_PARAMETERS];  // in command-line order, ended by PARAM_NONE
     int (*run)(const CommandLine& line);
+    CommandFile files[MAX_COMMAND_FILES];  // ended by FILE_NONE
 };
 
 // Every command, in the order of the usage screen.

@@ -1,6 +1,7 @@
 #include "app/dispatch.h"
 
 #include "app/command_table.h"
+#include "app/output_guard.h"
 #include "app/usage_screens.h"
 #include "core/text_compare.h"
 
@@ -18,5 +19,7 @@ int RunCommandLine(int argc, char** argv) {
         PrintShortUsage(*command);
         return -1;
     }
-    return command->run(CommandLine{argc, argv, FontIdOf(argv[2])});
+    const CommandLine line{argc, argv, FontIdOf(argv[2])};
+    if (!OutputsSpareInputs(*command, line)) return -1;
+    return command->run(line);
 }

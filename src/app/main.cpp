@@ -1,3 +1,15 @@
 #include "app/dispatch.h"
 
-int main(int argc, char** argv) { return RunCommandLine(argc, argv); }
+#ifndef _WIN32
+#include <csignal>
+#endif
+
+int main(int argc, char** argv) {
+#ifndef _WIN32
+    // Past a file size limit a write then fails like on a full disk, so the
+    // command reports it and removes its unfinished output, instead of the
+    // process being ended by the signal.
+    std::signal(SIGXFSZ, SIG_IGN);
+#endif
+    return RunCommandLine(argc, argv);
+}

@@ -30,3 +30,8 @@ const char* ExtensionDot(const char* path) {
     if (!dot || std::strpbrk(dot, "/\\")) return nullptr;
     return dot;
 }
+
+std::string IpsNameForRom(const char* rom) {
+    const char* dot = ExtensionDot(rom);
+    return (dot ? std::string(rom, dot) : std::string(rom)) + ".ips";
+}

@@ -2,6 +2,8 @@
 // and reading number arguments.
 #pragma once
 
+#include <string>
+
 // Prints the formatted last error and a line feed; returns the exit status -1.
 int FailWithLastError();
 
@@ -18,3 +20,7 @@ long ParseNumberArgument(const char* text);
 // The last "." of path's file name (none when a "/" or "\" follows the last
 // "."), or null: the extension starts behind it.
 const char* ExtensionDot(const char* path);
+
+// The patch name the i command derives from the ROM's: its extension
+// replaced by ".ips", or ".ips" appended when it has none.
+std::string IpsNameForRom(const char* rom);

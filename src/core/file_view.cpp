@@ -1,9 +1,6 @@
 #include "core/file_view.h"
 
-#include <filesystem>
-
 #include "core/file_bytes.h"
-#include "core/system_path.h"
 
 #ifndef _WIN32
 #include <fcntl.h>
@@ -30,7 +27,7 @@ bool FileView::Open(const char* path, bool) { return ReadCopy(path); }
 #else
 bool FileView::Open(const char* path, bool copy) {
     if (copy) return ReadCopy(path);
-    int fd = open(path, O_RDONLY | O_CLOEXEC);
+    int fd = open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC);  // a FIFO must not block
     if (fd < 0) return false;
     struct stat info;
     bool regular = fstat(fd, &info) == 0 && S_ISREG(info.st_mode);
@@ -49,8 +46,3 @@ bool FileView::Open(const char* path, bool copy) {
     return true;
 }
 #endif
-
-bool SameFile(const char* a, const char* b) {
-    std::error_code error;
-    return std::filesystem::equivalent(SystemPath(a), SystemPath(b), error) && !error;
-}

@@ -29,6 +29,3 @@ private:
     const unsigned char* data_ = nullptr;
     size_t size_ = 0;
 };
-
-// True when both paths name the same existing file.
-bool SameFile(const char* a, const char* b);

@@ -1,6 +1,7 @@
 // Creating and applying IPS patch files. Both work on files on disk: the
-// inputs are mapped rather than copied, the patch is written in one go, and
-// a patch is checked whole before its target file is opened.
+// inputs of a new patch are mapped rather than copied; a patch is checked
+// whole before its target file is read, and applied to a copy in memory;
+// every file is written whole or not at all.
 #include <vector>
 
 #include "core/file_bytes.h"
@@ -8,53 +9,23 @@
 #include "core/ips_format.h"
 #include "core/last_error.h"
 #include "core/output_file.h"
+#include "core/rom_slots.h"
+#include "core/same_file.h"
 #include "trelvane.h"
-
-#ifdef _WIN32
-#include <cstdio>
-#else
-#include <fcntl.h>
-#include <sys/mman.h>
-#include <sys/stat.h>
-#include <unistd.h>
-#endif
 
 namespace {
 
-#ifdef _WIN32
-bool WriteRecordsToFile(const char* path, const std::vector<IpsRecord>& records) {
-    std::FILE* file = std::fopen(path, "r+b");
-    if (!file) return false;
-    for (const IpsRecord& record : records)
-        if (std::fseek(file, static_cast<long>(record.offset), SEEK_SET) == 0)
-            std::fwrite(record.data, 1, record.size, file);
-    return std::fclose(file) == 0;
-}
-#else
-// Writes through a shared mapping of the file, grown first to the length the
-// records need; a file that cannot be mapped gets one write per record.
-bool WriteRecordsIntoOpenFile(int fd, const std::vector<IpsRecord>& records) {
-    struct stat info;
-    if (fstat(fd, &info) != 0 || !S_ISREG(info.st_mode)) return false;
-    uint64_t length = IpsPatchedLength(records, static_cast<uint64_t>(info.st_size));
-    if (length > static_cast<uint64_t>(info.st_size) && ftruncate(fd, static_cast<off_t>(length)) != 0) return false;
-    void* mapping = length > 0 ? mmap(nullptr, length, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0) : MAP_FAILED;
-    if (mapping != MAP_FAILED) {
-        CopyIpsRecords(records, static_cast<unsigned char*>(mapping));
-        return munmap(mapping, length) == 0;
+// Reads the file a patch is applied to: an existing regular file this
+// process may write, of at most the ROM image ceiling.
+bool ReadPatchTarget(const char* romfile, std::vector<unsigned char>& rom) {
+    if (!IsRewritableFile(romfile)) return SetError(TLERR_FILE_NOWRITE, romfile, 0, 0);
+    switch (ReadFileBytesUpTo(romfile, TRELVANE_ROM_MAX_SIZE, rom)) {
+        case FileRead::Read: return true;
+        case FileRead::TooLarge: return RefuseOversizedRom(romfile);
+        case FileRead::Failed: break;
     }
-    for (const IpsRecord& record : records)
-        if (pwrite(fd, record.data, record.size, record.offset) != static_cast<ssize_t>(record.size)) return false;
-    return true;
+    return SetError(TLERR_FILE_NOWRITE, romfile, 0, 0);
 }
-
-bool WriteRecordsToFile(const char* path, const std::vector<IpsRecord>& records) {
-    int fd = open(path, O_RDWR | O_CLOEXEC);
-    if (fd < 0) return false;
-    bool written = WriteRecordsIntoOpenFile(fd, records);
-    return close(fd) == 0 && written;
-}
-#endif
 
 }  // namespace
 
@@ -64,8 +35,8 @@ long Trelvane_CreateIPS(const char* ipsfile, const char* originalfile, const cha
     if (!ipsfile) ipsfile = "";
     if (!originalfile) originalfile = "";
     if (!modifiedfile) modifiedfile = "";
-    // An input that is also the patch file is read whole, as creating the
-    // patch truncates it.
+    // An input that is also the patch file is read whole, so that no view of
+    // it stays open while the file is replaced.
     FileView original, modified;
     if (!original.Open(originalfile, SameFile(ipsfile, originalfile)))
         return SetError(TLERR_FILE_NOREAD, originalfile, 0, 0);
@@ -93,7 +64,13 @@ long Trelvane_ApplyIPS(const char* ipsfile, const char* romfile) {
         case IpsRead::NoEof: return SetError(TLERR_IPS_NO_EOF, ipsfile, 0, 0);
         case IpsRead::Valid: break;
     }
-    if (!WriteRecordsToFile(romfile, records)) return SetError(TLERR_FILE_NOWRITE, romfile, 0, 0);
+    // Patched in memory and written whole: a failed write leaves the file as
+    // it was.
+    std::vector<unsigned char> rom;
+    if (!ReadPatchTarget(romfile, rom)) return 0;
+    rom.resize(static_cast<size_t>(IpsPatchedLength(records, rom.size())));
+    CopyIpsRecords(records, rom.data());
+    if (!WriteOutputFile(romfile, rom.data(), rom.size())) return SetError(TLERR_FILE_NOWRITE, romfile, 0, 0);
     return 1;
 }
 }

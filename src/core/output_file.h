@@ -1,39 +1,48 @@
-// Output files, created (or truncated) with read and write permission for
-// their owner only. Shared by the engine and the front end (which links only
-// the library's exported interface, so this stays inline).
+// All-or-nothing output files. The bytes go to a temporary file beside the
+// target, are flushed to the disk and checked, and only a complete file is
+// renamed over the target; any failure removes the temporary file and leaves
+// an existing target exactly as it was. A replaced file keeps its mode, a
+// new one gets the platform's usual mode (0666 less the umask).
+//
+// Shared by the engine and the front end: the front end links only the
+// library's exported interface, so it is built into both.
 #pragma once
 
-#include <fcntl.h>
-#include <sys/stat.h>
-
 #include <cstddef>
-#include <cstdio>
+#include <string>
 
-#ifdef _WIN32
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
+class OutputFile {
+public:
+    // Starts an output for path. Fails (is_open() false) when path names a
+    // folder, device or other file that is not a regular file, a file this
+    // process may not write, or a folder where no file can be created.
+    explicit OutputFile(const char* path);
+    ~OutputFile();  // an output never committed is removed
+    OutputFile(const OutputFile&) = delete;
+    OutputFile& operator=(const OutputFile&) = delete;
 
-// Creates or truncates path and returns it open for binary writing, or null.
-inline std::FILE* CreateOutputFile(const char* path) {
-#ifdef _WIN32
-    int file = _open(path, _O_WRONLY | _O_CREAT | _O_TRUNC | _O_BINARY, _S_IREAD | _S_IWRITE);
-    std::FILE* stream = file < 0 ? nullptr : _fdopen(file, "wb");
-    if (file >= 0 && !stream) _close(file);
-#else
-    int file = open(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, S_IRUSR | S_IWUSR);
-    std::FILE* stream = file < 0 ? nullptr : fdopen(file, "wb");
-    if (file >= 0 && !stream) close(file);
-#endif
-    return stream;
-}
+    bool is_open() const { return file_ >= 0; }
 
-// Creates path and writes size bytes into it. False when it cannot be created
-// or the bytes cannot all be written.
-inline bool WriteOutputFile(const char* path, const void* bytes, size_t size) {
-    std::FILE* file = CreateOutputFile(path);
-    if (!file) return false;
-    bool ok = std::fwrite(bytes, 1, size, file) == size;
-    return std::fclose(file) == 0 && ok;
-}
+    // Appends size bytes; false once any write has failed.
+    bool Write(const void* bytes, size_t size);
+
+    // Flushes and closes the temporary file and renames it over the target.
+    // False, with the target untouched, when anything failed on the way.
+    bool Commit();
+
+private:
+    void Discard();
+
+    std::string target_;
+    std::string temporary_;
+    int file_ = -1;
+    bool failed_ = false;
+};
+
+// Writes size bytes as the whole of the file at path, all or nothing. False
+// when it cannot be created or written.
+bool WriteOutputFile(const char* path, const void* bytes, size_t size);
+
+// True when path names an existing regular file that this process may write:
+// saves that update a file never create one.
+bool IsRewritableFile(const char* path);

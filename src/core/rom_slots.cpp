@@ -7,6 +7,7 @@
 
 #include "core/file_bytes.h"
 #include "core/last_error.h"
+#include "core/output_file.h"
 #include "core/text_compare.h"
 #include "trelvane.h"
 
@@ -81,7 +82,36 @@ void CorrectGameBoyChecksum() {
     CurrentRom().data[kChecksumAt + 1] = static_cast<unsigned char>(sum);
 }
 
+// Copies what is left of from, behind its current position, into to.
+bool CopyRest(std::FILE* from, OutputFile& to) {
+    unsigned char buffer[65536];
+    size_t got;
+    while ((got = std::fread(buffer, 1, sizeof buffer, from)) > 0)
+        if (!to.Write(buffer, got)) return false;
+    return !std::ferror(from);
+}
+
+// Writes the current image over the body of the file at path: its header
+// bytes and whatever lies behind the image stay. The result is a new file
+// that replaces the old one whole, or nothing at all.
+bool WriteImageInto(const char* path) {
+    std::FILE* old = std::fopen(path, "rb");
+    if (!old) return false;
+    OutputFile out(path);
+    // A file shorter than its header reads as zeros where it ends.
+    std::vector<unsigned char> header(static_cast<size_t>(CurrentRom().headerLength), 0);
+    bool ok = (std::fread(header.data(), 1, header.size(), old) == header.size() || !std::ferror(old)) &&
+              out.Write(header.data(), header.size()) &&
+              out.Write(CurrentRom().data, static_cast<size_t>(CurrentRom().size)) &&
+              std::fseek(old, static_cast<long>(header.size()) + CurrentRom().size, SEEK_SET) == 0 &&
+              CopyRest(old, out);
+    std::fclose(old);
+    return ok && out.Commit();
+}
+
 }  // namespace
+
+bool RefuseOversizedRom(const char* path) { return SetError(TLERR_FILE_TOOLARGE, path, 0, 0, "64 MiB"); }
 
 const RomImage& CurrentRom() { return currentImage; }
 
@@ -112,7 +142,11 @@ long Trelvane_LoadROM(const char* path) {
     slot.headerLength = format->headerLength;
     slot.type = format->type;
     std::vector<unsigned char> bytes;
-    if (!ReadFileBytes(path, bytes)) return SetError(TLERR_FILE_NOREAD, path, 0, 0);
+    switch (ReadFileBytesUpTo(path, TRELVANE_ROM_MAX_SIZE, bytes)) {
+        case FileRead::Read: break;
+        case FileRead::TooLarge: return RefuseOversizedRom(path);
+        case FileRead::Failed: return SetError(TLERR_FILE_NOREAD, path, 0, 0);
+    }
     if (bytes.size() < static_cast<size_t>(format->headerLength) || bytes.size() - format->headerLength > INT32_MAX)
         return SetError(TLERR_FILE_INVALID, path, 0, 0, "ROM image");
     bytes.erase(bytes.begin(), bytes.begin() + format->headerLength);
@@ -128,11 +162,7 @@ long Trelvane_SaveROM(const char* path) {
     if (!path) path = "";
     if (!RequireCurrentRom()) return 0;
     if (CurrentRom().type == ROM_GB) CorrectGameBoyChecksum();
-    std::FILE* file = std::fopen(path, "r+b");
-    if (!file) return SetError(TLERR_FILE_NOWRITE, path, 0, 0);
-    if (std::fseek(file, CurrentRom().headerLength, SEEK_SET) == 0)
-        std::fwrite(CurrentRom().data, 1, static_cast<size_t>(CurrentRom().size), file);
-    std::fclose(file);
+    if (!IsRewritableFile(path) || !WriteImageInto(path)) return SetError(TLERR_FILE_NOWRITE, path, 0, 0);
     return 1;
 }
 

@@ -21,3 +21,7 @@ bool RequireCurrentRom();
 
 // True when [offset, offset + length) lies inside the current image.
 bool RomRangeInside(int64_t offset, int64_t length);
+
+// Reports TLERR_FILE_TOOLARGE for a ROM file above the size ceiling; returns
+// false.
+bool RefuseOversizedRom(const char* path);

@@ -2,7 +2,6 @@
 // rows of two pixels a byte, bottom row first, without padding.
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -85,7 +84,7 @@ void WriteHeader(unsigned char* header, long width, long height) {
 
 // Writes the pixel rows bottom row first, two pixels a byte, through a
 // fixed buffer. False when the file refuses a write.
-bool WritePixelRows(std::FILE* file, const unsigned char* pixels, long width, long height) {
+bool WritePixelRows(OutputFile& file, const unsigned char* pixels, long width, long height) {
     unsigned char buffer[4096];
     size_t used = 0;
     bool ok = true;
@@ -94,12 +93,12 @@ bool WritePixelRows(std::FILE* file, const unsigned char* pixels, long width, lo
         for (uint64_t k = 0; k < RowBytes(width) && ok; ++k) {
             buffer[used++] = static_cast<unsigned char>(row[2 * k] << 4 | row[2 * k + 1]);
             if (used == sizeof buffer) {
-                ok = std::fwrite(buffer, 1, used, file) == used;
+                ok = file.Write(buffer, used);
                 used = 0;
             }
         }
     }
-    return ok && std::fwrite(buffer, 1, used, file) == used;
+    return ok && file.Write(buffer, used);
 }
 
 // Unpacks rows of two pixels a byte, bottom row first, into the array.
@@ -139,18 +138,12 @@ long Trelvane_WriteBMP(const char* file, const unsigned char* pixels, long width
     if (!FitsFileFields(width, height)) return RefuseSize(width, height);
     const size_t count = static_cast<size_t>(width) * static_cast<size_t>(height);
     const unsigned largest = count ? *std::max_element(pixels, pixels + count) : 0;
-    std::FILE* out = CreateOutputFile(file);
-    if (!out) return SetError(TLERR_FILE_NOCREATE, file, 0, 0);
-    if (largest > kLargestPixelValue) {
-        std::fclose(out);
-        return SetError(TLERR_UNSUPPORTED, "", 0, 0, "256 color bmp");
-    }
+    if (largest > kLargestPixelValue) return SetError(TLERR_UNSUPPORTED, "", 0, 0, "256 color bmp");
+    OutputFile out(file);
     unsigned char header[BMP_HEADER_SIZE];
     WriteHeader(header, width, height);
-    bool ok = std::fwrite(header, 1, sizeof header, out) == sizeof header &&
-              std::fwrite(PaletteFor(largest), 1, BMP_PALETTE_SIZE, out) == BMP_PALETTE_SIZE &&
-              WritePixelRows(out, pixels, width, height);
-    ok = std::fclose(out) == 0 && ok;
+    bool ok = out.Write(header, sizeof header) && out.Write(PaletteFor(largest), BMP_PALETTE_SIZE) &&
+              WritePixelRows(out, pixels, width, height) && out.Commit();
     return ok ? -1 : SetError(TLERR_FILE_NOCREATE, file, 0, 0);
 }
 

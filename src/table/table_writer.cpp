@@ -51,12 +51,10 @@ std::string FormatTable(const Font& font) {
 bool WriteTableFile(long id, const char* name) {
     const Font* font = FindFont(id, name);
     if (!font) return false;
-    std::FILE* file = CreateOutputFile(name);
-    if (!file) return SetError(TLERR_FILE_NOCREATE, name, 0, 0);
+    OutputFile file(name);
+    if (!file.is_open()) return SetError(TLERR_FILE_NOCREATE, name, 0, 0);
     std::string table = FormatTable(*font);
-    bool written = std::fwrite(table.data(), 1, table.size(), file) == table.size();
-    if (std::fclose(file) != 0) written = false;
-    return written || SetError(TLERR_FILE_NOWRITE, name, 0, 0);
+    return (file.Write(table.data(), table.size()) && file.Commit()) || SetError(TLERR_FILE_NOWRITE, name, 0, 0);
 }
 
 extern "C" long Trelvane_SaveFont(long id, const char* file) {

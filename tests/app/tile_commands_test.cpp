@@ -39,12 +39,13 @@ TEST_F(TileCommandsTest, DumpThenInsertRoundTripsCarriesEditsAndRefusesWithoutCh
 
     // Failures print the error, write no sheet and leave the image as it was.
     std::filesystem::create_directory(dir / "sheets");
+    WriteFile(dir / "tiles.smc", rom);
     const std::pair<std::vector<std::string>, const char*> failures[] = {
         {{"game.smc", "b", "0", "out.bmp", "SNES1"}, "Unknown format: SNES1\n"},
         {{"missing.smc", "b", "0", "out.bmp"}, "Error opening missing.smc.\n"},
         {{"game.smc", "b", "0", "no/out.bmp"}, "Error creating no/out.bmp.\n"},
         {{"game.smc", "f", "0", "sheets"}, "Error opening sheets.\n"},
-        {{"game.smc", "f", "0", "game.smc"}, "game.smc does not seem to be a valid bitmap file.\n"},
+        {{"game.smc", "f", "0", "tiles.smc"}, "tiles.smc does not seem to be a valid bitmap file.\n"},
         {{"game.smc", "f", "0", "sheet.bmp", "NES1"}, "Unknown format: NES1\n"},  // argument 5 overrides ".smc"
     };
     for (const auto& [args, output] : failures) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <iterator>
 #include <random>
 #include <string>
 #include <tuple>
@@ -177,6 +179,22 @@ TEST_F(IpsFilesTest, ApplyGrowsTheFileAndReadsThePatchFirst) {
     WriteFile(dir / "self.ips", Patch({Record(0, Text("XYZ")), Record(3, Text("W"))}));
     ASSERT_EQ(Apply("self.ips", "self.ips"), 1);
     EXPECT_EQ(ReadText(dir / "self.ips"), "XYZWH\0\0\0\0\x03XYZ\0\0\x03\0\x01WEOF"s);
+}
+
+TEST_F(IpsFilesTest, ApplyRewritesTheWholeFileKeepingItsModeOrNothing) {
+    WriteFile(dir / "rom.gb", Bytes{1, 2, 3, 4});
+    std::filesystem::permissions(dir / "rom.gb", std::filesystem::perms(0640));
+    WriteFile(dir / "a.ips", Patch({Record(2, {9})}));
+    ASSERT_EQ(Apply("a.ips", "rom.gb"), 1);
+    EXPECT_EQ(ReadFile(dir / "rom.gb"), Bytes({1, 2, 9, 4}));
+    EXPECT_EQ(std::filesystem::status(dir / "rom.gb").permissions(), std::filesystem::perms(0640));
+
+    WriteFile(dir / "big.gb", Bytes());
+    std::filesystem::resize_file(dir / "big.gb", TRELVANE_ROM_MAX_SIZE + 1);  // sparse
+    EXPECT_EQ(Apply("a.ips", "big.gb"), 0);
+    EXPECT_EQ(LastError().code, TLERR_FILE_TOOLARGE);
+    EXPECT_EQ(std::filesystem::file_size(dir / "big.gb"), TRELVANE_ROM_MAX_SIZE + 1u);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()), {}), 3);
 }
 
 }  // namespace

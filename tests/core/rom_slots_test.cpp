@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
+#include <filesystem>
 #include <tuple>
 
 #include "core/last_error.h"
@@ -89,9 +92,37 @@ TEST_F(RomSlotsTest, SaveKeepsTheFilesHeaderAndTail) {
     expected[512] = 0xEE;  // the image's 32 bytes equal the file's but for this one
     EXPECT_EQ(ReadFile(dir / "b.smc"), expected);
 
-    EXPECT_EQ(Trelvane_SaveROM((dir / "missing.smc").c_str()), 0);
-    EXPECT_EQ(LastError().code, TLERR_FILE_NOWRITE);
+    // A file shorter than its header gets zeros for the bytes it lacks.
+    WriteFile(dir / "short.smc", Bytes{1, 2, 3});
+    chmod((dir / "short.smc").c_str(), 0604);
+    ASSERT_EQ(Trelvane_SaveROM((dir / "short.smc").c_str()), 1);
+    expected = Bytes{1, 2, 3};
+    expected.resize(512, 0);
+    expected.insert(expected.end(), CurrentRom().data, CurrentRom().data + CurrentRom().size);
+    EXPECT_EQ(ReadFile(dir / "short.smc"), expected);
+    EXPECT_EQ(std::filesystem::status(dir / "short.smc").permissions(), std::filesystem::perms(0604));
+
+    // Saves never create a file, nor replace anything but a regular file.
+    std::filesystem::create_directory(dir / "folder.smc");
+    for (const char* name : {"missing.smc", "folder.smc", "no/a.smc"}) {
+        EXPECT_EQ(Trelvane_SaveROM((dir / name).c_str()), 0);
+        EXPECT_EQ(LastError().code, TLERR_FILE_NOWRITE);
+    }
     EXPECT_FALSE(FileExists(dir / "missing.smc"));
+    EXPECT_TRUE(std::filesystem::is_directory(dir / "folder.smc"));
+}
+
+TEST_F(RomSlotsTest, ImagesAboveTheCeilingAreRefusedUnread) {
+    // Sparse files: the sizes cost no room.
+    WriteFile(dir / "top.nes", Bytes());
+    std::filesystem::resize_file(dir / "top.nes", TRELVANE_ROM_MAX_SIZE);
+    WriteFile(dir / "over.nes", Bytes());
+    std::filesystem::resize_file(dir / "over.nes", TRELVANE_ROM_MAX_SIZE + 1);
+    EXPECT_EQ(Trelvane_LoadROM((dir / "over.nes").c_str()), 0);
+    EXPECT_EQ(LastError().code, TLERR_FILE_TOOLARGE);
+    EXPECT_STREQ(Trelvane_GetLastError(), (dir / "over.nes" + " is larger than 64 MiB.").c_str());
+    ASSERT_EQ(Trelvane_LoadROM((dir / "top.nes").c_str()), 1);
+    EXPECT_EQ(CurrentRom().size, TRELVANE_ROM_MAX_SIZE - 16);
 }
 
 TEST_F(RomSlotsTest, SaveCorrectsTheGameBoyGlobalChecksum) {

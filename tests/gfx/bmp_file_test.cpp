@@ -67,8 +67,8 @@ TEST_F(BmpFileTest, WritesHeaderPaletteForTheLargestValueAndBottomUpRowsOrRefuse
     WriteFile(path, std::string("old contents"));
     EXPECT_EQ(Trelvane_WriteBMP(path.c_str(), pixels.data(), 8, 8), 0);
     EXPECT_EQ(LastError().data[0], "256 color bmp");
-    EXPECT_EQ(ReadFile(path), Bytes());  // the file is created before the pixels are checked
-    EXPECT_EQ(Trelvane_WriteBMP("/dev/full", pixels.data(), 8, 7), 0);  // opens, then refuses the bytes
+    EXPECT_EQ(ReadText(path), "old contents");  // the pixels are checked before anything is written
+    EXPECT_EQ(Trelvane_WriteBMP("/dev/full", pixels.data(), 8, 7), 0);  // a device is never replaced
     EXPECT_EQ(LastError().code, TLERR_FILE_NOCREATE);
     EXPECT_EQ(Trelvane_WriteBMP(path.c_str(), pixels.data(), -8, 8), 0);
     EXPECT_EQ(LastError().data[0], "-8 x 8 bmp");
