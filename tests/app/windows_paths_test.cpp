@@ -1,11 +1,14 @@
 // Paths as Windows users type them, run against the Windows build only:
 // "\" between folders, drive letters, names with blanks and accented
-// letters, the message file beside the executable, and outputs replacing
-// files that already exist.
+// letters, the message file beside the executable, outputs replacing files
+// that already exist, and outputs that would overwrite an input named
+// another way.
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "support/test_support.h"
 
@@ -78,6 +81,25 @@ TEST_F(WindowsPathsTest, OutputsReplaceExistingFiles) {
     WriteFile(dir / "patches/fix.ips", std::string(100, 'x'));
     EXPECT_EQ(Run({"roms\\new.smc", "i", "roms\\old.smc", "patches\\fix.ips"}), (RunResult{0, ""}));
     EXPECT_EQ(ReadText(dir / "patches/fix.ips"), kPatch);
+    // Nothing is left beside it.
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(dir / "patches"))
+        names.push_back(entry.path().filename().string());
+    EXPECT_EQ(names, std::vector<std::string>{"fix.ips"});
+}
+
+TEST_F(WindowsPathsTest, OutputOverAnInputSpelledOtherwiseIsRefused) {
+    const std::string image = OnDriveZ(dir.path() / "roms" / "new.smc");
+    const std::pair<std::string, std::string> cases[] = {
+        {"roms\\new.smc", "ROMS\\NEW.SMC"},  // Windows names ignore case
+        {"roms\\new.smc", "roms\\..\\roms\\new.smc"},
+        {image, "roms/new.smc"},
+    };
+    for (const auto& [input, output] : cases) {
+        EXPECT_EQ(Run({input, "i", "roms\\old.smc", output}),
+                  (RunResult{255, "Output " + output + " is the same file as input " + input + ".\n"}));
+    }
+    EXPECT_EQ(ReadFile(dir / "roms/new.smc"), kModified);
 }
 
 }  // namespace
