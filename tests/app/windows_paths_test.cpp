@@ -56,6 +56,18 @@ TEST_F(WindowsPathsTest, DriveLetterPaths) {
     EXPECT_EQ(Run({OnDriveZ(dir.path() / "roms" / "old.smc"), "p", "roms\\new.ips"}),
               (RunResult{0, "roms\\new.ips: Patch successful\n"}));
     EXPECT_EQ(ReadFile(dir / "roms/old.smc"), kModified);
+
+    // An image loaded, and one saved, through drive-letter paths: a sheet of
+    // 256 tiles (2 bits a pixel) carried from one image into another leaves
+    // them the same.
+    Bytes game(512 + 0x1000), blank(game.size());
+    for (size_t i = 512; i < game.size(); ++i) game[i] = static_cast<unsigned char>(i * 7 + 3);
+    WriteFile(dir / "roms/game.smc", game);
+    WriteFile(dir / "roms/blank.smc", blank);
+    EXPECT_EQ(Run({OnDriveZ(dir.path() / "roms" / "game.smc"), "b", "0", "sheet.bmp"}), (RunResult{0, ""}));
+    EXPECT_EQ(Run({OnDriveZ(dir.path() / "roms" / "blank.smc"), "f", "0", "sheet.bmp"}),
+              (RunResult{0, "sheet.bmp: Graphics updated\n"}));
+    EXPECT_EQ(ReadFile(dir / "roms/blank.smc"), game);
 }
 
 TEST_F(WindowsPathsTest, BlanksAndAccentedLettersInTheImageName) {
