@@ -1,5 +1,7 @@
 #include "core/crc32.h"
 
-#include <libdeflate.h>
+#include <zlib.h>
 
-uint32_t Crc32(const unsigned char* bytes, size_t size) { return libdeflate_crc32(0, bytes, size); }
+uint32_t Crc32(const unsigned char* bytes, size_t size) {
+    return static_cast<uint32_t>(crc32_z(0, bytes, size));
+}

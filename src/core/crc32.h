@@ -1,5 +1,5 @@
 // The CRC-32 that patch formats record (reflected polynomial 0xEDB88320,
-// initial value and final XOR all ones), computed by libdeflate.
+// initial value and final XOR all ones), computed by zlib.
 #pragma once
 
 #include <cstddef>

@@ -4,10 +4,12 @@
 #include <filesystem>
 #include <new>
 
+#include "core/system_path.h"
+
 FileRead ReadFileBytesUpTo(const char* path, uint64_t limit, std::vector<unsigned char>& bytes) {
     std::error_code error;
-    if (!std::filesystem::is_regular_file(path, error)) return FileRead::Failed;
-    uintmax_t size = std::filesystem::file_size(path, error);
+    if (!std::filesystem::is_regular_file(SystemPath(path), error)) return FileRead::Failed;
+    uintmax_t size = std::filesystem::file_size(SystemPath(path), error);
     if (error) return FileRead::Failed;
     if (size > limit) return FileRead::TooLarge;
     std::FILE* file = std::fopen(path, "rb");

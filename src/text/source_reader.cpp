@@ -10,6 +10,7 @@
 #include "core/file_bytes.h"
 #include "core/hex_digit.h"
 #include "core/path_names.h"
+#include "core/system_path.h"
 
 namespace {
 
@@ -30,7 +31,7 @@ std::string SystemName(const std::string& name) {
 // The whole file as zero-terminated text with every CR LF pair read as LF.
 bool ReadSourceText(const std::string& path, std::vector<char>& text) {
     std::error_code error;
-    const auto size = std::filesystem::file_size(path, error);
+    const auto size = std::filesystem::file_size(SystemPath(path.c_str()), error);
     if (error || size >= static_cast<uintmax_t>(INT32_MAX)) return false;  // positions are 32-bit
     std::vector<unsigned char> bytes;
     if (!ReadFileBytes(path.c_str(), bytes)) return false;

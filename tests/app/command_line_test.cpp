@@ -64,10 +64,9 @@ TEST_F(CommandLineTest, ShortUsageScreens) {
 }
 
 TEST_F(CommandLineTest, MessageFileRewordsTheUsageScreens) {
-    std::filesystem::create_directories(dir / "bin");
     std::filesystem::create_directories(dir / "work");
-    std::filesystem::copy_file(TRELVANE_EXE, dir / "bin/trelvane");
-    auto run = [&](std::vector<std::string> args) { return RunProgram(dir / "work", dir / "bin/trelvane", args); };
+    const std::filesystem::path exe = InstallTrelvane(dir / "bin");
+    auto run = [&](std::vector<std::string> args) { return RunTrelvaneAt(exe, dir / "work", args); };
     WriteFile(dir / "bin/trelvane.msg", "TRELVANE_MESSAGE(TLMSG_PARAM_PATCHFILE, \"fix\")");
     EXPECT_EQ(run({"new.smc", "p"}).output, "usage: trelvane <rom> p <fix> \n");
     // One in the current folder comes first.

@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 
@@ -53,11 +54,14 @@ std::string ReadText(const std::string& path) {
     return std::string(bytes.begin(), bytes.end());
 }
 
-RunResult RunProgram(const std::filesystem::path& dir, const std::string& program, const std::vector<std::string>& args) {
+namespace {
+// Runs the words of command line with args in folder dir, capturing standard output.
+RunResult RunCommand(const std::filesystem::path& dir, const std::vector<std::string>& line,
+                     const std::vector<std::string>& args) {
     std::string command = "cd";
     AppendShellWord(command, dir.string());
     command += " &&";
-    AppendShellWord(command, program);
+    for (const std::string& word : line) AppendShellWord(command, word);
     for (const std::string& arg : args) AppendShellWord(command, arg);
     command += " 2>/dev/null";
     RunResult result{-1, ""};
@@ -69,4 +73,49 @@ RunResult RunProgram(const std::filesystem::path& dir, const std::string& progra
     int status = pclose(pipe);
     result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     return result;
+}
+
+const char* Environment(const char* name) {
+    const char* value = std::getenv(name);
+    return value ? value : "";
+}
+
+// Undoes a Windows console's line ends: each carriage return and line feed
+// pair back to the line feed that was printed.
+std::string WithoutConsoleLineEnds(const std::string& text) {
+    std::string plain;
+    for (size_t i = 0; i < text.size(); ++i)
+        if (text[i] != '\r' || i + 1 == text.size() || text[i + 1] != '\n') plain += text[i];
+    return plain;
+}
+}  // namespace
+
+RunResult RunProgram(const std::filesystem::path& dir, const std::string& program, const std::vector<std::string>& args) {
+    return RunCommand(dir, {program}, args);
+}
+
+const std::filesystem::path& TrelvaneExecutable() {
+    static const std::filesystem::path exe = *Environment("TRELVANE_TEST_EXE") ? Environment("TRELVANE_TEST_EXE")
+                                                                                : TRELVANE_EXE;
+    return exe;
+}
+
+bool TestingWindowsBuild() { return TrelvaneExecutable().extension() == ".exe"; }
+
+RunResult RunTrelvaneAt(const std::filesystem::path& exe, const std::filesystem::path& dir,
+                        const std::vector<std::string>& args) {
+    std::vector<std::string> line;
+    if (*Environment("TRELVANE_TEST_RUNNER")) line.push_back(Environment("TRELVANE_TEST_RUNNER"));
+    line.push_back(std::filesystem::absolute(exe).string());
+    RunResult result = RunCommand(dir, line, args);
+    if (TestingWindowsBuild()) result.output = WithoutConsoleLineEnds(result.output);
+    return result;
+}
+
+std::filesystem::path InstallTrelvane(const std::filesystem::path& folder) {
+    const std::filesystem::path& exe = TrelvaneExecutable();
+    std::filesystem::create_directories(folder);
+    std::filesystem::copy_file(exe, folder / exe.filename());
+    if (TestingWindowsBuild()) std::filesystem::copy_file(exe.parent_path() / "trelvane.dll", folder / "trelvane.dll");
+    return folder / exe.filename();
 }

@@ -47,7 +47,26 @@ struct RunResult {
 // Runs program (a path) with args in folder dir.
 RunResult RunProgram(const std::filesystem::path& dir, const std::string& program, const std::vector<std::string>& args);
 
-// Runs the built trelvane executable with args in folder dir.
+// The trelvane executable that the end-to-end tests run: the one built with
+// the tests, unless the environment names another in TRELVANE_TEST_EXE,
+// together with the program that runs it in TRELVANE_TEST_RUNNER (the Windows
+// build, trelvane.exe, under scripts/wine-run.sh).
+const std::filesystem::path& TrelvaneExecutable();
+
+// True when the executable under test is a Windows one.
+bool TestingWindowsBuild();
+
+// Runs the trelvane executable at exe with args in folder dir. A Windows
+// console turns each line feed printed into a carriage return and line feed;
+// the output is given back as the program wrote it.
+RunResult RunTrelvaneAt(const std::filesystem::path& exe, const std::filesystem::path& dir,
+                        const std::vector<std::string>& args);
+
+// Runs the trelvane executable under test with args in folder dir.
 inline RunResult RunTrelvane(const std::filesystem::path& dir, const std::vector<std::string>& args) {
-    return RunProgram(dir, TRELVANE_EXE, args);
+    return RunTrelvaneAt(TrelvaneExecutable(), dir, args);
 }
+
+// Copies the executable under test, with the library it loads from its own
+// folder on Windows, into folder; returns the copy's path.
+std::filesystem::path InstallTrelvane(const std::filesystem::path& folder);
