@@ -63,7 +63,8 @@ TEST_F(DeltaCommandTest, ApplyRefusals) {
         {{"game.smc", "p", "fix.ups"}, "fix.ups does not seem to be a valid UPS file.\n"},
         {{"game.smc", "p", "none.bps"}, "Error opening none.bps.\n"},
         {{"gone.smc", "p", "fix.bps"}, "Error opening gone.smc.\n"},
-        {{"game.smc", "p", "dir.bps/fix"}, "Patch scripts not supported.\n"},
+        // Not a BPS name: read as a patch script, which first loads the image.
+        {{"game.smc", "p", "dir.bps/fix"}, "game.smc does not seem to be a valid ROM image.\n"},
     };
     for (const auto& [args, output] : cases) {
         EXPECT_EQ(Run(args), (RunResult{255, output})) << args[2];
