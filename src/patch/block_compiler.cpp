@@ -34,14 +34,14 @@ class BlockCompiler {
 public:
     explicit BlockCompiler(PatchFile& patch) : patch_(patch), labels_(patch.labels), entries_(patch.block.Entries()) {
         operandSizes_.fill(1);
+        for (auto& sizes : labelOpcodes_) sizes.fill(UNKNOWN_OPCODE);
     }
 
     bool Compile() {
         PrepareSlots();
         if (!Layout()) return false;
-        while (!encoded_) {
-            if (!EncodePass()) return false;
-        }
+        if (!EncodePass()) return false;
+        if (widened_ && !EncodeFinal()) return false;
         return Place();
     }
 
@@ -73,21 +73,55 @@ private:
         return true;
     }
 
-    // One pass over the entries; a widened branch ends it early for a new pass.
+    // Encodes every entry. A widened branch moves the labels behind it, and encoding goes on from
+    // the first entry whose encoding that changes: the first earlier 8-bit branch that no longer
+    // reaches its moved label, else the widened branch itself. Entries before that point would
+    // encode exactly as before, so this gives the result of starting the pass again from the first
+    // entry. Bytes of earlier 16-bit branches may be stale after a widening; EncodeFinal rewrites all.
     bool EncodePass() {
         output_.clear();
-        for (int i = 0; i < Count(); i = NextEntryIndex(entries_, i)) {
+        shortBranches_.clear();
+        widened_ = false;
+        for (int i = 0; i < Count();) {
             const CodeEntry entry = entries_[static_cast<size_t>(i)];
             if (IsByteEntry(entry)) output_.push_back(static_cast<unsigned char>(entry));
             else if (IsPointerEntry(entry) && !WritePointer(i)) return false;
             else if (IsBranchReference(entry)) {
+                positions_[static_cast<size_t>(i)] = static_cast<int32_t>(output_.size());
                 const int result = EncodeBranch(i);
                 if (result == BRANCH_FAILED) return false;
-                if (result == BRANCH_WIDENED) return true;
+                if (result == BRANCH_WIDENED) {
+                    i = ResumeAfterWidening(i);
+                    continue;
+                }
+                if (operandSizes_[static_cast<size_t>(i)] == 1 && labels_.IsNamed(EntrySlot(entry)))
+                    shortBranches_.push_back(i);
+            }
+            i = NextEntryIndex(entries_, i);
+        }
+        return true;
+    }
+
+    // The whole block once more with the final branch sizes, after any widening.
+    bool EncodeFinal() { return EncodePass() && !widened_; }
+
+    // The entry at which encoding goes on after the branch at index was widened.
+    int ResumeAfterWidening(int index) {
+        widened_ = true;
+        const int32_t moved = positions_[static_cast<size_t>(index)];
+        int resume = index;
+        for (size_t k = 0; k < shortBranches_.size(); ++k) {
+            const int i = shortBranches_[k];
+            const int32_t target = labels_.Value(EntrySlot(entries_[static_cast<size_t>(i)]));
+            const int32_t displacement = target - 2 - positions_[static_cast<size_t>(i)];
+            if (target > moved && displacement > 127) {
+                resume = i;
+                shortBranches_.resize(k);
+                break;
             }
         }
-        encoded_ = true;
-        return true;
+        output_.resize(static_cast<size_t>(positions_[static_cast<size_t>(resume)]));
+        return resume;
     }
 
     // Stores the address of this point of the block at the pointer's location, at once.
@@ -118,10 +152,10 @@ private:
         }
         if (size == 1 && (displacement < -128 || displacement > 127)) return Widen(i);
         const InstructionSet& set = patch_.cpu->Instructions();
-        const int opcode = FindLabelOpcode(set, mnemonic, size);
+        const int opcode = LabelOpcode(mnemonic, size);
         if (opcode < 0) {
-            if (size < 3 && FindLabelOpcode(set, mnemonic, size + 1) >= 0) return Widen(i);
-            if (size == 1 && FindLabelOpcode(set, mnemonic, 3) >= 0) return Widen(i);
+            if (size < 3 && LabelOpcode(mnemonic, size + 1) >= 0) return Widen(i);
+            if (size == 1 && LabelOpcode(mnemonic, 3) >= 0) return Widen(i);
             ReportNotImplemented(patch_, MnemonicName(mnemonic), labels_.Name(slot));
             return BRANCH_FAILED;
         }
@@ -134,7 +168,15 @@ private:
         return BRANCH_ENCODED;
     }
 
-    // The branch grows by a byte: every label behind it moves, and the pass starts again.
+    // FindLabelOpcode, remembered for the passes of this block.
+    int LabelOpcode(int mnemonic, int size) {
+        int16_t& known = labelOpcodes_[static_cast<size_t>(mnemonic & 0xFF)][static_cast<size_t>(size & 3)];
+        if (known == UNKNOWN_OPCODE)
+            known = static_cast<int16_t>(FindLabelOpcode(patch_.cpu->Instructions(), mnemonic, size));
+        return known;
+    }
+
+    // The branch grows by a byte and every label behind it moves.
     int Widen(int i) {
         const int32_t length = static_cast<int32_t>(output_.size());
         ++operandSizes_[static_cast<size_t>(i)];
@@ -165,8 +207,12 @@ private:
     LabelTable& labels_;
     std::span<const CodeEntry> entries_;
     std::array<int8_t, MAX_CODE_ENTRIES> operandSizes_{};
+    std::array<int32_t, MAX_CODE_ENTRIES> positions_{};  // output length at each branch when last encoded
+    std::vector<int> shortBranches_;  // encoded 8-bit branches to labels, in entry order
     std::vector<unsigned char> output_;
-    bool encoded_ = false;
+    bool widened_ = false;
+    static constexpr int16_t UNKNOWN_OPCODE = -2;
+    std::array<std::array<int16_t, 4>, 256> labelOpcodes_;  // by mnemonic and operand size
 };
 
 }  // namespace

@@ -32,6 +32,14 @@ TEST(BlockCompilerTest, BranchesToLabels) {
              b.insert(b.end(), {0x4C, 0x03, 0x80});
              return b;
          }()},
+        // Widening the brl pushes the earlier bra out of 8-bit reach; it grows into a jump too.
+        {std::string("bra end\n") + Repeat(".BYTE 0\n", 125) + "brl x1\nx1: end: nop",
+         [] {
+             Bytes b = {0x4C, 0x83, 0x80};
+             b.insert(b.end(), 125, 0);
+             b.insert(b.end(), {0x82, 0x00, 0x00, 0xEA});
+             return b;
+         }()},
         {"jsr sub\nrts\nsub: rts", {0x20, 0x04, 0x80, 0x60, 0x60}},
         {"jsl sub\nsub: rtl", {0x22, 0x04, 0x80, 0x00, 0x6B}},
         {"ldx table\ntable: .BYTE 9", {0xA2, 0x03, 0x80, 0x09}},
@@ -60,6 +68,8 @@ TEST(BlockCompilerTest, RefusedBlocksWriteNothing) {
         std::string error;
     } cases[] = {
         {std::string("bne ahead\n") + Repeat(".BYTE 0\n", 200) + "ahead: nop", "t.asm:203,11:bne ahead not implemented."},
+        {std::string("bne end\n") + Repeat(".BYTE 0\n", 125) + "brl x1\nx1: end: nop",
+         "t.asm:129,13:bne end not implemented."},
         {"brl 9100h\n", "t.asm:3,1: (33024) too far from brl (2) 33022"},
         {"bra nowhere\nnop", "t.asm:3,4:Label nowhere is not defined in this block."},
         {"lda ?1\nnop", "t.asm:3,4:Attempt to compile unevaluated macro failed.\n"},
