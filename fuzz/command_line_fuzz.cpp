@@ -127,7 +127,7 @@ bool SplitArguments(const uint8_t* data, size_t size, std::vector<std::string>& 
 void ResetEngine() {
     Trelvane_FreeROM(-1);
     ResetFontSet();
-    ThePointerDestination = PointerDestination();
+    SetPointerDestination(PointerDestination());
     SetError(TLERR_NONE, "", 0, 0);
 }
 
