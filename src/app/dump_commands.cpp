@@ -20,19 +20,20 @@ bool LoadImageAndTable(const CommandLine& line) {
 long CountArgument(const CommandLine& line, int at) {
     constexpr long kMaxCount = 0x10000;
     if (line.argc != at + 1) return 0;
-    long count = ParseNumberArgument(line.argv[at]);
+    int64_t count = ParseNumberArgument(line.argv[at]);
     if (count < 0) return 0;
-    return count > kMaxCount ? kMaxCount : count;
+    return count > kMaxCount ? kMaxCount : static_cast<long>(count);
 }
 
 DumpRequest MakeRequest(const CommandLine& line, const PointerTable* table, long count) {
-    return DumpRequest{line.fontId, table, count, ParseNumberArgument(line.argv[5]), line.argv[3], line.argv[4]};
+    return DumpRequest{line.fontId, table, count, static_cast<long>(ParseNumberArgument(line.argv[5])), line.argv[3],
+                       line.argv[4]};
 }
 
 // A pointer table given by hand must lie at an offset, and have a size of 1 to
 // 4 bytes and a number of strings per pointer, that the 32-bit fields of the
 // record hold: anything else is refused as not supported, never cut down.
-bool CheckTableShape(long table, long size, long frequency) {
+bool CheckTableShape(int64_t table, int64_t size, int64_t frequency) {
     std::string what;
     if (table < INT32_MIN || table > INT32_MAX) what = "Pointer table " + std::to_string(table);
     else if (size < 1 || size > 4) what = "Pointer size " + std::to_string(size);
@@ -62,9 +63,9 @@ int RunScriptDump(const CommandLine& line) {
 }
 
 int RunPointerDump(const CommandLine& line) {
-    long offset = ParseNumberArgument(line.argv[5]);
-    long size = ParseNumberArgument(line.argv[6]);
-    long frequency = ParseNumberArgument(line.argv[7]);
+    int64_t offset = ParseNumberArgument(line.argv[5]);
+    int64_t size = ParseNumberArgument(line.argv[6]);
+    int64_t frequency = ParseNumberArgument(line.argv[7]);
     if (!CheckTableShape(offset, size, frequency)) return -1;
     if (!LoadImageAndTable(line)) return FailWithLastError();
     PointerTable table{};

@@ -20,11 +20,11 @@ int FreeImageAndFail() {
 
 void PrintMessageLine(int id) { std::printf("%s\n", Trelvane_GetString(id)); }
 
-long ParseNumberArgument(const char* text) {
+int64_t ParseNumberArgument(const char* text) {
     size_t length = std::strlen(text);
     if (length > 0 && (text[length - 1] == 'h' || text[length - 1] == 'H'))
-        return static_cast<long>(std::strtoul(text, nullptr, 16));
-    return std::strtol(text, nullptr, 10);
+        return static_cast<int64_t>(std::strtoull(text, nullptr, 16));
+    return std::strtoll(text, nullptr, 10);
 }
 
 std::string IpsNameForRom(const char* rom) {

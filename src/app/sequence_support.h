@@ -2,6 +2,8 @@
 // and reading number arguments.
 #pragma once
 
+#include <cstdint>
+
 #include <string>
 
 // Prints the formatted last error and a line feed; returns the exit status -1.
@@ -15,7 +17,7 @@ void PrintMessageLine(int id);
 
 // A number argument: hexadecimal digits with a trailing "h" or "H" read as
 // hexadecimal, anything else as a decimal number up to its first non-digit.
-long ParseNumberArgument(const char* text);
+int64_t ParseNumberArgument(const char* text);
 
 // The patch name the i command derives from the ROM's: its extension
 // replaced by ".ips", or ".ips" appended when it has none.
