@@ -36,8 +36,6 @@ long Trelvane_CreateIPS(const char* ipsfile, const char* originalfile, const cha
     if (!ipsfile) ipsfile = "";
     if (!originalfile) originalfile = "";
     if (!modifiedfile) modifiedfile = "";
-    // An input that is also the patch file is read whole, so that no view of
-    // it stays open while the file is replaced.
     FileView original, modified;
     if (!OpenPatchInputs(ipsfile, originalfile, modifiedfile, original, modified)) return 0;
     std::vector<unsigned char> patch;
