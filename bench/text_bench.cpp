@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "patch/patch_lexicon.h"
+#include "asm/patch_lexicon.h"
 #include "text/source_reader.h"
 
 namespace {

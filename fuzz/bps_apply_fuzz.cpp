@@ -3,8 +3,8 @@
 // around them, so that every action runs against a small source. The input
 // also serves as an original/modified pair whose BPS patch must rebuild
 // the modified half.
-#include "core/bps_apply.h"
-#include "core/bps_create.h"
+#include "patches/bps_apply.h"
+#include "patches/bps_create.h"
 #include "delta_fuzzing.h"
 
 namespace {

@@ -7,8 +7,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "core/crc32.h"
-#include "core/delta_frame.h"
+#include "patches/crc32.h"
+#include "patches/delta_frame.h"
 
 using Bytes = std::vector<unsigned char>;
 

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "core/ips_format.h"
+#include "patches/ips_format.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "patch/patch_lexicon.h"
+#include "asm/patch_lexicon.h"
 #include "text/source_reader.h"
 
 namespace {

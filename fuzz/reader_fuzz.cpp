@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-#include "patch/patch_lexicon.h"
+#include "asm/patch_lexicon.h"
 #include "scratch_files.h"
 #include "script/header_lexicon.h"
 #include "table/table_lexicon.h"

@@ -1,6 +1,6 @@
 // Patches of any content for the UPS applier: as they come and with a
 // valid magic and footer around them, applied to a small source.
-#include "core/ups_apply.h"
+#include "patches/ups_apply.h"
 #include "delta_fuzzing.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {

@@ -2,7 +2,7 @@
 
 #include "app/command_sequences.h"
 #include "app/sequence_support.h"
-#include "patch/patch_limits.h"
+#include "asm/patch_limits.h"
 #include "trelvane.h"
 
 namespace {

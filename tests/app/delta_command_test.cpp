@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "core/bps_apply.h"
-#include "core/delta_patch_builder.h"
+#include "patches/bps_apply.h"
+#include "patches/delta_patch_builder.h"
 #include "support/test_support.h"
 
 namespace {

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "patch/patch_lexicon.h"
+#include "asm/patch_lexicon.h"
 #include "script/header_lexicon.h"
 #include "table/table_lexicon.h"
 #include "text/source_reader.h"

@@ -1,0 +1,151 @@
+#include "patches/bps_create.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <random>
+#include <string>
+
+#include "patches/bps_apply.h"
+#include "patches/delta_patch_builder.h"
+
+namespace {
+
+Bytes Build(const Bytes& original, const Bytes& modified) {
+    Bytes patch;
+    BuildBpsPatch(original.data(), original.size(), modified.data(), modified.size(), patch);
+    return patch;
+}
+
+// Builds the patch, applies it and expects the modified bytes back; returns
+// the patch's size.
+size_t RoundTrip(const Bytes& original, const Bytes& modified) {
+    Bytes patch = Build(original, modified), made;
+    DeltaResult result = ApplyBpsPatch(patch.data(), patch.size(), original.data(), original.size(), made);
+    EXPECT_TRUE(result.ok()) << static_cast<int>(result.fault) << " at " << result.at;
+    EXPECT_TRUE(made == modified);
+    return patch.size();
+}
+
+// Bytes that look like a cartridge image: stretches of random data, of
+// repeated fill bytes and of small repeating tables.
+Bytes ImageLike(size_t size, std::mt19937& random) {
+    Bytes bytes(size);
+    for (size_t at = 0; at < size;) {
+        size_t run = std::min<size_t>(size - at, 16 + random() % 2048);
+        switch (random() % 3) {
+            case 0: for (size_t i = 0; i < run; ++i) bytes[at + i] = static_cast<unsigned char>(random()); break;
+            case 1: std::fill_n(bytes.begin() + at, run, random() % 2 ? 0xFF : 0x00); break;
+            default:
+                for (size_t i = 0; i < run; ++i) bytes[at + i] = static_cast<unsigned char>(i % 7 * 3 + run);
+        }
+        at += run;
+    }
+    return bytes;
+}
+
+Bytes RandomBytes(size_t size, std::mt19937& random) {
+    Bytes bytes(size);
+    for (auto& byte : bytes) byte = static_cast<unsigned char>(random());
+    return bytes;
+}
+
+void ScatterEdits(Bytes& bytes, size_t count, std::mt19937& random) {
+    for (size_t edit = 0; edit < count && !bytes.empty(); ++edit) {
+        size_t at = random() % bytes.size(), run = 1 + random() % 32;
+        for (size_t i = at; i < at + run && i < bytes.size(); ++i) bytes[i] ^= static_cast<unsigned char>(1 + random() % 255);
+    }
+}
+
+void MoveBlock(Bytes& bytes, size_t from, size_t length, size_t to) {
+    Bytes block(bytes.begin() + from, bytes.begin() + from + length);
+    bytes.erase(bytes.begin() + from, bytes.begin() + from + length);
+    bytes.insert(bytes.begin() + to, block.begin(), block.end());
+}
+
+TEST(BpsCreate, ExactPatchesOfSimplePairs) {
+    const Bytes four = {1, 2, 3, 4};
+    EXPECT_EQ(Build({}, {}), BpsPatch({}, {}, {}));
+    EXPECT_EQ(Build(four, four), BpsPatch(four, four, Numbers({Action(BPS_SOURCE_READ, 4)})));
+    EXPECT_EQ(Build({}, four), BpsPatch({}, four, Join({Numbers({Action(BPS_TARGET_READ, 4)}), four})));
+    EXPECT_EQ(Build(four, {}), BpsPatch(four, {}, {}));
+    // A shortened copy reads what it keeps; a run is one byte then a copy
+    // of the byte before.
+    const Bytes three = {1, 2, 3}, run = {1, 2, 3, 4, 4, 4, 4, 4, 4, 4, 4};
+    EXPECT_EQ(Build(four, three), BpsPatch(four, three, Numbers({Action(BPS_SOURCE_READ, 3)})));
+    EXPECT_EQ(Build(four, run), BpsPatch(four, run, Numbers({Action(BPS_SOURCE_READ, 4), Action(BPS_TARGET_COPY, 7),
+                                                             3 << 1})));
+}
+
+// Data that moved is copied from where it was, however far.
+TEST(BpsCreate, FindsMovedAndInsertedData) {
+    std::mt19937 random(7);
+    const Bytes original = RandomBytes(1 << 20, random);
+    Bytes moved = original;
+    MoveBlock(moved, 10000, 4096, 900000);
+    EXPECT_LE(RoundTrip(original, moved), 60u);
+
+    Bytes bankInserted = original;
+    bankInserted.insert(bankInserted.begin() + 0x40000, 0x8000, 0xFF);
+    EXPECT_LE(RoundTrip(original, bankInserted), 60u);
+
+    Bytes expanded = original;  // expanded to 32 MiB, padded with 0xFF, its first bank copied at the end
+    expanded.resize(32 << 20, 0xFF);
+    std::copy_n(original.begin(), 0x8000, expanded.end() - 0x8000);
+    EXPECT_LE(RoundTrip(original, expanded), 60u);
+
+    Bytes newTwice = original;  // the same new bank inserted at two places
+    const Bytes bank = RandomBytes(0x4000, random);
+    newTwice.insert(newTwice.begin() + 0x90000, bank.begin(), bank.end());
+    newTwice.insert(newTwice.begin() + 0x20000, bank.begin(), bank.end());
+    EXPECT_LE(RoundTrip(original, newTwice), bank.size() + 60);
+
+    Bytes relocated = original;  // a script moved to a new place and partly rewritten
+    std::copy_n(original.begin() + 0x1000, 0x3000, relocated.begin() + 0x80000);
+    for (size_t i = 0x80000; i < 0x83000; i += 0x100) relocated[i + 5] ^= 0x5A;
+    EXPECT_LE(RoundTrip(original, relocated), 48u * 5 + 60);
+}
+
+TEST(BpsCreate, ScatteredEditsCostLittleMoreThanTheirBytes) {
+    std::mt19937 random(11);
+    const Bytes original = ImageLike(1 << 20, random);
+    Bytes modified = original;
+    for (size_t at = 1000; at < modified.size(); at += 10000) modified[at] ^= 0x33;
+    // 105 single-byte edits: each costs at most its byte, a literal action
+    // and a SourceRead of up to three bytes.
+    EXPECT_LE(RoundTrip(original, modified), 105u * 5 + 30);
+}
+
+// Generated pairs of every kind rebuild their modified half exactly.
+TEST(BpsCreate, RoundTripsGeneratedPairs) {
+    std::mt19937 random(20261123);
+    const std::function<void(Bytes&)> changes[] = {
+        [&](Bytes& b) { ScatterEdits(b, 1 + random() % 40, random); },
+        [&](Bytes& b) {
+            if (b.size() > 600) MoveBlock(b, random() % (b.size() / 2), 1 + random() % 300, random() % (b.size() / 2));
+        },
+        [&](Bytes& b) {
+            Bytes inserted = RandomBytes(random() % 700, random);
+            b.insert(b.begin() + random() % (b.size() + 1), inserted.begin(), inserted.end());
+        },
+        [&](Bytes& b) {
+            size_t at = b.empty() ? 0 : random() % b.size();
+            b.erase(b.begin() + at, b.begin() + std::min(b.size(), at + random() % 900));
+        },
+        [&](Bytes& b) { b.resize(b.size() + random() % 5000, static_cast<unsigned char>(random())); },
+        [&](Bytes& b) { b.resize(b.size() / (2 + random() % 3)); },
+        [&](Bytes& b) {
+            if (b.size() > 64) std::copy_n(b.begin() + random() % (b.size() / 2), b.size() / 4, b.begin() + b.size() / 2);
+        },
+    };
+    for (int round = 0; round < 150; ++round) {
+        SCOPED_TRACE(round);
+        size_t size = random() % (round % 10 == 0 ? 300000 : 3000);
+        Bytes original = round % 2 ? ImageLike(size, random) : RandomBytes(size, random);
+        Bytes modified = original;
+        for (int change = 1 + random() % 4; change > 0; --change) changes[random() % std::size(changes)](modified);
+        RoundTrip(original, modified);
+    }
+}
+
+}  // namespace
