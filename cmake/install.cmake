@@ -5,11 +5,6 @@ include(CMakePackageConfigHelpers)
 
 set(TRELVANE_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/trelvane)
 
-# The installed executable finds the library beside it in the prefix.
-if(NOT WIN32)
-  set_target_properties(trelvane_cli PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
-endif()
-
 install(TARGETS trelvane_cli RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(TARGETS trelvane EXPORT trelvaneTargets
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}

@@ -1,4 +1,5 @@
 #include "app/dispatch.h"
+#include "verbs/verb_command_line.h"
 
 #ifndef _WIN32
 #include <csignal>
@@ -11,5 +12,6 @@ int main(int argc, char** argv) {
     // process being ended by the signal.
     std::signal(SIGXFSZ, SIG_IGN);
 #endif
+    if (IsVerbCommandLine(argc, argv)) return RunVerbCommandLine(argc, argv);
     return RunCommandLine(argc, argv);
 }

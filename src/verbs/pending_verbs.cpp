@@ -1,0 +1,22 @@
+// Verbs whose work is still being built: each refuses to run.
+#include "verbs/verb_list.h"
+
+namespace {
+
+Verb PendingVerb(CLI::App& app, const char* name) {
+    CLI::App* command = app.add_subcommand(name, "(not available yet)");
+    command->allow_extras();
+    return Verb{command, [command] { return VerbError(*command, "not available yet"); }};
+}
+
+}  // namespace
+
+Verb AddInfoVerb(CLI::App& app) { return PendingVerb(app, "info"); }
+Verb AddFindVerb(CLI::App& app) { return PendingVerb(app, "find"); }
+Verb AddTableVerb(CLI::App& app) { return PendingVerb(app, "table"); }
+Verb AddTilesVerb(CLI::App& app) { return PendingVerb(app, "tiles"); }
+Verb AddDiffVerb(CLI::App& app) { return PendingVerb(app, "diff"); }
+Verb AddApplyVerb(CLI::App& app) { return PendingVerb(app, "apply"); }
+Verb AddDumpVerb(CLI::App& app) { return PendingVerb(app, "dump"); }
+Verb AddInsertVerb(CLI::App& app) { return PendingVerb(app, "insert"); }
+Verb AddAsmVerb(CLI::App& app) { return PendingVerb(app, "asm"); }
