@@ -3,6 +3,7 @@
 #include "app/command_sequences.h"
 #include "app/sequence_support.h"
 #include "asm/patch_limits.h"
+#include "core/path_names.h"
 #include "trelvane.h"
 
 namespace {
