@@ -15,11 +15,7 @@ INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.MULTILINE)
 
 # Module pairs that may still reach each other, each with the reason. Keep
 # this empty: an entry is a cycle to remove, not a rule.
-KNOWN_CYCLES = {
-    # The patch file runs its statements, which still reach back into it
-    # (being untangled in src/asm).
-    frozenset(("asm/patch_file", "asm/statements")),
-}
+KNOWN_CYCLES = set()
 
 
 def read_includes(src):

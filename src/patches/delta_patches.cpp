@@ -13,7 +13,7 @@
 #include "core/last_error.h"
 #include "core/output_file.h"
 #include "patches/patch_application.h"
-#include "patches/patch_inputs.h"
+#include "patches/compared_files.h"
 #include "patches/ups_apply.h"
 #include "trelvane.h"
 
@@ -100,7 +100,7 @@ long Trelvane_CreateBPS(const char* bpsfile, const char* originalfile, const cha
     if (!originalfile) originalfile = "";
     if (!modifiedfile) modifiedfile = "";
     FileView original, modified;
-    if (!OpenPatchInputs(bpsfile, originalfile, modifiedfile, original, modified)) return 0;
+    if (!OpenComparedFiles(bpsfile, originalfile, modifiedfile, original, modified)) return 0;
     if (original.size() > DELTA_LARGEST_FILE) return ReportTooLarge(originalfile, original.size());
     if (modified.size() > DELTA_LARGEST_FILE) return ReportTooLarge(modifiedfile, modified.size());
     std::vector<unsigned char> patch;

@@ -1,7 +1,7 @@
 // Creating and applying IPS patch files. Both work on files on disk: the
-// inputs of a new patch are mapped rather than copied; a patch is applied
-// as every format is (patch_application.h); every file is written whole or
-// not at all.
+// files a new patch is made from are mapped rather than copied; a patch is
+// applied as every format is (patch_application.h); every file is written
+// whole or not at all.
 #include <vector>
 
 #include "core/file_view.h"
@@ -9,7 +9,7 @@
 #include "core/output_file.h"
 #include "patches/ips_format.h"
 #include "patches/patch_application.h"
-#include "patches/patch_inputs.h"
+#include "patches/compared_files.h"
 #include "trelvane.h"
 
 namespace {
@@ -50,7 +50,7 @@ long Trelvane_CreateIPS(const char* ipsfile, const char* originalfile, const cha
     if (!originalfile) originalfile = "";
     if (!modifiedfile) modifiedfile = "";
     FileView original, modified;
-    if (!OpenPatchInputs(ipsfile, originalfile, modifiedfile, original, modified)) return 0;
+    if (!OpenComparedFiles(ipsfile, originalfile, modifiedfile, original, modified)) return 0;
     std::vector<unsigned char> patch;
     switch (BuildIpsPatch(original.data(), original.size(), modified.data(), modified.size(), patch)) {
         case IpsBuild::Identical: return SetError(TLERR_IPS_IDENTICAL, "unknown", 0, 0);
