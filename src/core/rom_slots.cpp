@@ -7,6 +7,7 @@
 #include "core/file_bytes.h"
 #include "core/last_error.h"
 #include "core/output_file.h"
+#include "core/platform_files.h"
 #include "core/path_names.h"
 #include "core/rom_formats.h"
 #include "trelvane.h"
