@@ -8,7 +8,7 @@
 # the Windows programs, wine64 runs
 # their tests and zip packs them (libz-mingw-w64-dev is their zlib).
 TRELVANE_PACKAGES=(cmake ninja-build g++ clang libclang-rt-14-dev libgtest-dev libbenchmark-dev python3 python3-pil
-    imagemagick pkg-config zlib1g-dev cc65 g++-mingw-w64-x86-64-posix mingw-w64 libz-mingw-w64-dev wine64 zip)
+    imagemagick pkg-config zlib1g-dev nettle-dev libspng-dev libcli11-dev cc65 g++-mingw-w64-x86-64-posix mingw-w64 libz-mingw-w64-dev wine64 zip)
 
 package_installed() {
     dpkg-query -W -f='${Status}' "$1" 2>/dev/null | grep -q "install ok installed"
