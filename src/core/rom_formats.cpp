@@ -25,6 +25,7 @@ bool HasNesTrainer(const unsigned char* head, size_t size) {
 }  // namespace
 
 const RomFormat* FindRomFormat(const char* extension) {
+    if (!extension) return nullptr;
     for (const RomFormat& format : ROM_FORMATS)
         if (SameTextIgnoringCase(format.extension, extension)) return &format;
     return nullptr;

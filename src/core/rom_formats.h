@@ -1,5 +1,7 @@
-// The ROM image files the engine loads, told apart by their extension, and
-// the copier or iNES header in front of each image.
+// The ROM image files the program knows, told apart by their extension: the
+// system each names and the copier or iNES header in front of the image. The
+// one list that loading, the tile commands' default format and the verbs all
+// look in.
 #pragma once
 
 #include <cstddef>
@@ -11,7 +13,7 @@ struct RomFormat {
     int32_t defaultHeaderLength;  // the header a file of this kind has when its size does not tell
 };
 
-// The format named by extension (the text behind the "."), or null.
+// The format named by extension (given without its "."), or null.
 const RomFormat* FindRomFormat(const char* extension);
 
 // The format of the file at path, by the extension behind the first "." of
