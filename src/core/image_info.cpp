@@ -71,8 +71,8 @@ bool DescribeImage(const std::vector<unsigned char>& file, int32_t headerLength,
 }  // namespace
 
 extern "C" long Trelvane_GetImageInfo(const char* path, TrelvaneImageInfo* info) {
-    if (!path) path = "";
-    if (!info) return SetError(TLERR_UNSPECIFIED, path, 0, 0, "Image information");
+    if (!path) return RefuseNullArgument("Trelvane_GetImageInfo", "path");
+    if (!info) return RefuseNullArgument("Trelvane_GetImageInfo", "info");
     const RomFormat* format = RomFormatOfPath(path);
     if (!format) return 0;
     std::vector<unsigned char> file;

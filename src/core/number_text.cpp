@@ -43,7 +43,8 @@ bool ReadNumberText(const char* text, int64_t& value) {
 
 extern "C" long Trelvane_ParseNumber(const char* text, long long* value) {
     int64_t number = 0;
-    if (!ReadNumberText(text, number)) return SetError(TLERR_NUMBER_BAD, "", 0, 0, text ? text : "");
+    if (!text) return RefuseNullArgument("Trelvane_ParseNumber", "text");
+    if (!ReadNumberText(text, number)) return SetError(TLERR_NUMBER_BAD, "", 0, 0, text);
     if (value) *value = number;
     return 1;
 }

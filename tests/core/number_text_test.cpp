@@ -48,7 +48,7 @@ TEST(NumberText, CInterfaceReportsTheTextItRefuses) {
     EXPECT_EQ(value, 16);
     EXPECT_STREQ(Trelvane_GetLastError(), "'2AE0' is not a number: write 10976, 0x2AE0, $2AE0 or 2AE0h.");
     EXPECT_EQ(Trelvane_ParseNumber(nullptr, &value), 0);
-    EXPECT_EQ(LastError().code, TLERR_NUMBER_BAD);
+    EXPECT_EQ(LastError().code, TLERR_NULL_ARGUMENT);
 }
 
 }  // namespace
