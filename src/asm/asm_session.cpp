@@ -1,0 +1,26 @@
+#include "asm/asm_session.h"
+
+namespace {
+
+constexpr size_t MAX_REPORTS = 100;
+
+}  // namespace
+
+std::string JoinText(std::initializer_list<std::string_view> parts) {
+    std::string text;
+    for (std::string_view part : parts) text.append(part);
+    return text;
+}
+
+bool AsmSession::Error(const std::string& text, int columnOffset) {
+    if (errors.size() < MAX_REPORTS) {
+        SourcePlace at = place;
+        at.column += columnOffset;
+        errors.push_back({at, text});
+    }
+    return false;
+}
+
+void AsmSession::Warning(const std::string& text) {
+    if (warnings.size() < MAX_REPORTS) warnings.push_back({place, text});
+}
