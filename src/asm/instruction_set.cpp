@@ -236,24 +236,7 @@ int FindRegisterOpcode(const InstructionSet& set, int mnemonic, int mode) {
     return LowestOpcode(set, mnemonic, [mode](const OpcodeRecord& row) { return row.mode == mode; });
 }
 
-int FindOpcodeBySize(const InstructionSet& set, int mnemonic, int size) {
-    return LowestOpcode(set, mnemonic,
-                        [size](const OpcodeRecord& row) { return ADDRESSING_MODES[row.mode].size == size; });
-}
-
 const CpuOpcode& CpuOpcodeRow(int opcode) { return CPU_OPCODE_ROWS[opcode & 0xFF]; }
-
-int CpuOperandSize(CpuMode mode, bool wideImmediate) {
-    switch (mode) {
-    case CpuMode::Implied: case CpuMode::Accumulator: return 0;
-    case CpuMode::ImmediateM: case CpuMode::ImmediateX: return wideImmediate ? 2 : 1;
-    case CpuMode::Absolute: case CpuMode::AbsoluteX: case CpuMode::AbsoluteY: case CpuMode::AbsoluteIndirect:
-    case CpuMode::AbsoluteXIndirect: case CpuMode::AbsoluteLongIndirect: case CpuMode::Relative16:
-    case CpuMode::BlockMove: return 2;
-    case CpuMode::Long: case CpuMode::LongX: return 3;
-    default: return 1;
-    }
-}
 
 int EncodeInstruction(int opcode, uint32_t operand, int operandSize, unsigned char* out) {
     out[0] = static_cast<unsigned char>(opcode);

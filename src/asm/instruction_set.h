@@ -44,7 +44,6 @@ int FirstOpcode(const InstructionSet& set, int mnemonic);
 // The opcode whose template equals pattern, letters compared without regard to case.
 int FindOpcode(const InstructionSet& set, int mnemonic, const char* pattern);
 int FindRegisterOpcode(const InstructionSet& set, int mnemonic, int mode);
-int FindOpcodeBySize(const InstructionSet& set, int mnemonic, int size);
 
 inline const AddressingMode& ModeOf(const InstructionSet& s, int opcode) {
     return ADDRESSING_MODES[s.opcodes[opcode].mode];
@@ -66,9 +65,6 @@ struct CpuOpcode {
 
 // The mnemonic and mode of opcode (0 to 255).
 const CpuOpcode& CpuOpcodeRow(int opcode);
-
-// The operand bytes of mode; wideImmediate picks 16-bit immediates for ImmediateM/ImmediateX.
-int CpuOperandSize(CpuMode mode, bool wideImmediate);
 
 // Writes opcode and the low operandSize bytes of operand, little-endian, to out (at least
 // four bytes); returns the count written.
