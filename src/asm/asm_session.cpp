@@ -6,12 +6,6 @@ constexpr size_t MAX_REPORTS = 100;
 
 }  // namespace
 
-std::string JoinText(std::initializer_list<std::string_view> parts) {
-    std::string text;
-    for (std::string_view part : parts) text.append(part);
-    return text;
-}
-
 bool AsmSession::Error(const std::string& text, int columnOffset) {
     if (errors.size() < MAX_REPORTS) {
         SourcePlace at = place;

@@ -11,14 +11,12 @@
 #include <unordered_map>
 #include <vector>
 
-#include "asm/source_conditions.h"
+#include "asm/condition_stack.h"
+#include "asm/join_text.h"
 #include "asm/source_defines.h"
 #include "asm/source_labels.h"
 #include "asm/source_macros.h"
 #include "core/snes_mapping.h"
-
-// The parts written one after the other (messages are built with it).
-std::string JoinText(std::initializer_list<std::string_view> parts);
 
 // A place in a source file; lines and columns count from 1.
 struct SourcePlace {

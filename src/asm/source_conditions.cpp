@@ -55,34 +55,3 @@ bool EvaluateCondition(AsmSession& session, std::string_view text, bool& result)
     if ((op == "&&" && !result) || (op == "||" && result)) return true;
     return EvaluateCondition(session, text.substr(at + 2), result);
 }
-
-bool ConditionStack::Run(AsmSession& session, const std::string& word, std::string_view operand, bool& ok) {
-    ok = true;
-    if (word == "if") {
-        bool truth = false;
-        if (Active()) ok = EvaluateCondition(session, operand, truth);
-        frames_.push_back({Active() && truth, !Active() || truth, false});
-        return true;
-    }
-    if (word != "else" && word != "elseif" && word != "endif") return false;
-    if (frames_.empty()) {
-        ok = session.Error(word + " without if");
-        return true;
-    }
-    Frame& frame = frames_.back();
-    if (word == "endif") {
-        frames_.pop_back();
-    } else if (frame.elseSeen) {
-        ok = session.Error(word + " after else");
-    } else if (word == "else") {
-        frame.elseSeen = true;
-        frame.active = ParentActive() && !frame.taken;
-        frame.taken = true;
-    } else {
-        bool truth = false;
-        if (ParentActive() && !frame.taken) ok = EvaluateCondition(session, operand, truth);
-        frame.active = ParentActive() && !frame.taken && truth;
-        frame.taken = frame.taken || truth;
-    }
-    return true;
-}

@@ -1,6 +1,6 @@
 #include "asm/source_defines.h"
 
-#include "asm/asm_session.h"
+#include "asm/join_text.h"
 
 namespace {
 

@@ -1,6 +1,7 @@
 #include "asm/source_statements.h"
 
 #include "asm/asm_session.h"
+#include "asm/source_conditions.h"
 #include "asm/source_directives.h"
 #include "asm/source_expression.h"
 #include "asm/source_instruction.h"
@@ -99,8 +100,10 @@ private:
         std::string expanded(operand), error;
         const bool evaluated = (word == "if" && s_.conditions.Active()) || word == "elseif";
         if (evaluated && !s_.defines.Expand(operand, expanded, error)) s_.Error(error);
-        bool ok = true;
-        s_.conditions.Run(s_, word, expanded, ok);
+        const std::string refused = s_.conditions.Run(word, expanded, [this](std::string_view text, bool& truth) {
+            return EvaluateCondition(s_, text, truth);
+        });
+        if (!refused.empty()) s_.Error(refused);
     }
 
     // "!name = value": true when text is a define statement (set, or refused with an error).
