@@ -5,6 +5,7 @@
 #include "app/sequence_support.h"
 #include "asm/current_patch_file.h"
 #include "asm/patch_limits.h"
+#include "core/path_names.h"
 #include "trelvane.h"
 
 namespace {
