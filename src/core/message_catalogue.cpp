@@ -22,6 +22,7 @@ constexpr CatalogueEntry kCatalogue[] = {
     {TLERR_FILE_INVALID, "TLERR_FILE_INVALID", "[file] does not seem to be a valid [data0]."},
     {TLERR_FILE_TOOLARGE, "TLERR_FILE_TOOLARGE", "[file] is larger than [data0]."},
     {TLERR_FILE_SAME, "TLERR_FILE_SAME", "Output [file] is the same file as input [data0]."},
+    {TLERR_NULL_ARGUMENT, "TLERR_NULL_ARGUMENT", "[data0]: [data1] is a null pointer."},
     {TLERR_ID_BAD, "TLERR_ID_BAD", "Invalid [data0] ID: [data1]"},
     {TLERR_FORMAT_BAD, "TLERR_FORMAT_BAD", "Unknown format: [data0]"},
     {TLERR_EXPECTED, "TLERR_EXPECTED", "[file]:[line],[column]:Expected '[data0]', found '[data1]'."},
