@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <string>
 
+#include "asm/number_token.h"
 #include "asm/patch_file.h"
 #include "asm/patch_messages.h"
 #include "asm/statement_kinds.h"
@@ -135,9 +136,10 @@ int32_t EmitInstruction(PatchFile& patch, int opcode, uint32_t value, int mnemon
             return ReportTooMany(patch.error, TABLE_CODE_ENTRIES, MAX_CODE_ENTRIES);
         return mnemonic;
     }
-    CodeEntry entries[5] = {static_cast<CodeEntry>(opcode)};
-    int count = 1;
-    for (int i = 0; i < mode.size && i < 4; ++i) entries[count++] = static_cast<CodeEntry>(value >> (8 * i) & 0xFF);
+    unsigned char bytes[4];
+    const int count = EncodeInstruction(opcode, value, mode.size, bytes);
+    CodeEntry entries[4];
+    for (int i = 0; i < count; ++i) entries[i] = bytes[i];
     if (!patch.block.Append(std::span<const CodeEntry>(entries, static_cast<size_t>(count))))
         return ReportTooMany(patch.error, TABLE_CODE_ENTRIES, MAX_CODE_ENTRIES);
     return mnemonic;
@@ -156,6 +158,9 @@ int32_t AssembleInstruction(PatchFile& patch, int mnemonic) {
     if (kind == TOKEN_IDENTIFIER) return AssembleLabel(patch, m);
     if (kind == TOKEN_PARAMETER) return AssembleParameter(patch, m);
 
+    uint32_t number = 0;
+    if (IsNumberToken(kind) && !NumberTokenValue(patch.reader, number))
+        return Report(patch.error, MSG_TOO_WIDE, patch.reader.TokenText(), 32);
     const std::string token = patch.reader.TokenText();
     std::string suffix;
     for (int width = 2; width <= 8; width += 2) {
