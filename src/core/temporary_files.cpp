@@ -11,7 +11,7 @@ namespace {
 constexpr const char* kPrefix = ".trelvane-";
 constexpr const char* kSuffix = ".tmp";
 
-// Room for the temporaries of a few outputs open at once; the signal
+// Room for the temporaries of a few files written at once; the signal
 // handler reads these, so they are plain arrays.
 constexpr int kRegistrations = 8;
 constexpr size_t kLongestPath = 4096;
