@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "core/blank.h"
 #include "core/hex_digit.h"
 #include "core/last_error.h"
 #include "core/text_compare.h"
@@ -32,7 +33,7 @@ bool ReadHexByte(const char*& at, unsigned char& byte) {
 }
 
 const char* SkipSpaces(const char* at) {
-    while (*at == ' ' || *at == '\t') ++at;
+    while (IsBlank(*at)) ++at;
     return at;
 }
 
