@@ -144,7 +144,7 @@ private:
 
 }  // namespace
 
-EncodedText EncodeText(long fontId, const char* text) {
+EncodedText EncodeText(long fontId, const char* text, bool appendTerminal) {
     const Font* font = FindFont(fontId);
     if (!font) return {};
     EncodeOutput out;
@@ -160,7 +160,7 @@ EncodedText EncodeText(long fontId, const char* text) {
         lastEntry = match.entry;
         consumed += match.length;
     }
-    if (!(font->flags[lastEntry] & ENTRY_TERMINAL)) {
+    if (appendTerminal && !(font->flags[lastEntry] & ENTRY_TERMINAL)) {
         int terminal = font->index.terminalEntry;
         if (terminal < 0 || !out.PutCode(*font, terminal)) return {};
     }

@@ -10,9 +10,9 @@ struct EncodedText {
     int32_t length = 0;
 };
 
-// Encodes the zero-terminated text with the font of that ID and appends a
-// terminal code unless the text ends with one. Returns the bytes (followed by
+// Encodes the zero-terminated text with the font of that ID and, when
+// appendTerminal is set, appends a terminal code unless the text ends with one. Returns the bytes (followed by
 // a zero byte) in the font set's encoder area and their count. No bytes when the text cannot be encoded or its bytes would not fit
 // in the area (nothing reported), or when the font ID names no loaded font
 // (reported).
-EncodedText EncodeText(long fontId, const char* text);
+EncodedText EncodeText(long fontId, const char* text, bool appendTerminal = true);

@@ -19,4 +19,3 @@ Verb AddDiffVerb(CLI::App& app) { return PendingVerb(app, "diff"); }
 Verb AddApplyVerb(CLI::App& app) { return PendingVerb(app, "apply"); }
 Verb AddDumpVerb(CLI::App& app) { return PendingVerb(app, "dump"); }
 Verb AddInsertVerb(CLI::App& app) { return PendingVerb(app, "insert"); }
-Verb AddAsmVerb(CLI::App& app) { return PendingVerb(app, "asm"); }
