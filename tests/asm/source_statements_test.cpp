@@ -191,7 +191,7 @@ TEST(SourceStatementsTest, EachMappingPlacesTheBytes) {
         const char* source;
         size_t offset;
     } cases[] = {
-        {"lorom\norg $018000\ndb $11", 0x8000},     {"lorom\norg $C08000\ndb $11", 0x0000},
+        {"lorom\norg $018000\ndb $11", 0x8000},     {"lorom\norg $C08000\ndb $11", 0x200000},
         {"hirom\norg $C12345\ndb $11", 0x12345},    {"hirom\norg $018000\ndb $11", 0x18000},
         {"exlorom\norg $008000\ndb $11", 0x400000}, {"exhirom\norg $400000\ndb $11", 0x400000},
         {"exhirom\norg $C00010\ndb $11", 0x10},     {"sa1rom\norg $208000\ndb $11", 0x100000},
