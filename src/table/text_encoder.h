@@ -2,6 +2,10 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
+
+struct Font;
+struct EncoderMatch;
 
 // Encoded text: its bytes (in the font set's encoder area; null when the
 // encode failed) and their count.
@@ -10,9 +14,24 @@ struct EncodedText {
     int32_t length = 0;
 };
 
+// The rules that differ between classic scripts and the scripts of the dump
+// verb. Classic: "[XY]" is the raw byte XY where no table text matches.
+// Literal: "<$XX>" is always the raw byte XX, ahead of any table text, "[" is
+// only text, and a line feed right behind a code that breaks the line (its
+// entry has ENTRY_NEWLINE) is that code's own line break, not another code.
+struct EncodeRules {
+    bool literal = false;
+};
+inline constexpr EncodeRules CLASSIC_ENCODING{false};
+inline constexpr EncodeRules LITERAL_ENCODING{true};
+
 // Encodes the zero-terminated text with the font of that ID and appends a
 // terminal code unless the text ends with one. Returns the bytes (followed by
 // a zero byte) in the font set's encoder area and their count. No bytes when the text cannot be encoded or its bytes would not fit
 // in the area (nothing reported), or when the font ID names no loaded font
 // (reported).
-EncodedText EncodeText(long fontId, const char* text);
+EncodedText EncodeText(long fontId, const char* text, EncodeRules rules = CLASSIC_ENCODING);
+
+// The bytes of matches chosen along a text (see table/encoder_matches.h),
+// with a terminal code appended unless the last one ends the string.
+EncodedText EncodeMatches(const Font& font, const std::vector<EncoderMatch>& matches);

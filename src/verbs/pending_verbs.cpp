@@ -17,6 +17,4 @@ Verb AddTableVerb(CLI::App& app) { return PendingVerb(app, "table"); }
 Verb AddTilesVerb(CLI::App& app) { return PendingVerb(app, "tiles"); }
 Verb AddDiffVerb(CLI::App& app) { return PendingVerb(app, "diff"); }
 Verb AddApplyVerb(CLI::App& app) { return PendingVerb(app, "apply"); }
-Verb AddDumpVerb(CLI::App& app) { return PendingVerb(app, "dump"); }
-Verb AddInsertVerb(CLI::App& app) { return PendingVerb(app, "insert"); }
 Verb AddAsmVerb(CLI::App& app) { return PendingVerb(app, "asm"); }
