@@ -143,8 +143,8 @@ struct tagPointerForm {
     int base;      /* added to a pointer value to give an image offset; may be negative */
     int map;       /* a TrelvanePointerMap; not POINTER_MAP_NONE replaces base */
     int stride;    /* bytes from one pointer to the next; 0 means size (1 in a split table) */
-    int table;     /* offset of the first pointer, -1 for a split table */
-    int low;       /* split table: offsets of the low, high and bank byte tables, -1 if none */
+    int table;     /* offset of the first pointer of a table that is not split */
+    int low;       /* split table: offsets of the low, high and bank byte tables; low -1: not split */
     int high;
     int bank;
     int count;     /* pointers in the table */

@@ -35,7 +35,6 @@ PointerForm PlainPointerForm(int32_t size, int64_t table) {
 }
 
 bool CheckPointerForm(const PointerForm& form) {
-    if (IsSplitForm(form) && form.low < 0) return Refuse("a split table needs its low-byte table");
     if (!IsSplitForm(form) && (form.size < 1 || form.size > 4)) return Refuse("pointers have 1 to 4 bytes");
     if (form.stride < 0) return Refuse("the stride cannot be negative");
     if (form.map < POINTER_MAP_NONE || form.map > POINTER_MAP_EXHIROM) return Refuse("unknown mapping");

@@ -26,7 +26,7 @@ bool CheckPointerForm(const PointerForm& form);
 int64_t PointerStride(const PointerForm& form);
 
 // True for a table split into low, high and bank byte tables.
-inline bool IsSplitForm(const PointerForm& form) { return form.table < 0; }
+inline bool IsSplitForm(const PointerForm& form) { return form.low >= 0; }
 
 // The place of table entry n (plain or split).
 PointerPlace PlaceOfEntry(const PointerForm& form, int64_t entry);

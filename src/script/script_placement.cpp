@@ -47,6 +47,9 @@ private:
     bool CheckRegions();
     bool PlaceAll();
     int64_t FindRoom(int64_t length);
+    bool FitsAtCursor(int64_t length) const {
+        return region_ < regions_.size() && cursor_ + length <= regions_[region_].start + regions_[region_].size;
+    }
     bool Overflow(size_t failedAt);
     bool WritePointers();
     bool WritePointer(const Unit& unit, const PointerPlace& place);
@@ -168,7 +171,9 @@ bool Placement::Overflow(size_t failedAt) {
 }
 
 // In the order the dump found the strings (when it gave every place), so
-// that an unchanged script puts every string back where it was; a string
+// that an unchanged script puts every string back where it was: a string
+// whose old place is the next free byte goes there, even when the same
+// string was written before (the game stored it twice). Otherwise a string
 // already standing at its old place in what was written, or written once
 // already, is not written again.
 bool Placement::PlaceAll() {
@@ -183,6 +188,8 @@ bool Placement::PlaceAll() {
         if (unit.null) continue;
         const int64_t length = static_cast<int64_t>(unit.bytes.size());
         if (StandsAt(unit.original, unit.bytes)) unit.placed = unit.original;
+        else if (unit.original >= 0 && unit.original == cursor_ && FitsAtCursor(length))
+            Write(unit.placed = FindRoom(length), unit.bytes);
         else if (auto found = stored.find(unit.bytes); found != stored.end()) unit.placed = found->second;
         else if ((unit.placed = FindRoom(length)) < 0) return Overflow(at);
         else Write(unit.placed, unit.bytes);
