@@ -159,8 +159,9 @@ TRELVANE_API void Trelvane_SetStringData(int index, const char* text);
 TRELVANE_API void Trelvane_SetStringFile(const char* text);
 
 /* ROM images. Trelvane_LoadROM refuses files of more than
- * TRELVANE_ROM_MAX_SIZE bytes (64 MiB) before reading them, and so does
- * Trelvane_ApplyIPS for the file it patches. */
+ * TRELVANE_ROM_MAX_SIZE bytes (64 MiB) before reading them. The patch
+ * functions (IPS, BPS, UPS) patch files of up to 1 GiB, and make no result
+ * larger than that. */
 #define TRELVANE_ROM_MAX_SIZE 0x4000000
 TRELVANE_API long Trelvane_LoadROM(const char* path);
 TRELVANE_API long Trelvane_SaveROM(const char* path);

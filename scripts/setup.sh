@@ -1,22 +1,30 @@
-# Sourced by the other scripts: installs the Debian packages that the build,
-# the tests, the benchmarks, the fuzz targets and the sample need, skipping
-# the installation when all of them are present.
-# python3-pil and imagemagick serve the tests that draw and check bitmaps;
-# pkg-config the test that builds a program against the installed library;
-# zlib1g-dev the CRC-32 of BPS and UPS patches; cc65 (ca65, ld65) the test that
+# Sourced by the other scripts: installs the Debian packages a purpose needs,
+# skipping the installation when all of them are present.
+#
+# Building the program (and so running the sample): the compiler, CMake,
+# Ninja, zlib (the CRC-32 of BPS and UPS patches) and CLI11 (the verbs'
+# command line). Libraries the program links go here.
+TRELVANE_BUILD_PACKAGES=(cmake ninja-build g++ zlib1g-dev libcli11-dev)
+# Testing everything on top of that: GoogleTest and Google Benchmark; clang
+# with its runtime for the fuzz targets; python3-pil and imagemagick for the
+# tests that draw and check bitmaps; pkg-config for the test that builds a
+# program against the installed library; cc65 (ca65, ld65) for the test that
 # checks the 65816 opcodes against an independent assembler; MinGW-w64 builds
-# the Windows programs, wine64 runs
-# their tests and zip packs them (libz-mingw-w64-dev is their zlib).
-TRELVANE_PACKAGES=(cmake ninja-build g++ clang libclang-rt-14-dev libgtest-dev libbenchmark-dev python3 python3-pil
-    imagemagick pkg-config zlib1g-dev cc65 g++-mingw-w64-x86-64-posix mingw-w64 libz-mingw-w64-dev wine64 zip)
+# the Windows programs, wine64 runs their tests and zip packs them
+# (libz-mingw-w64-dev is their zlib).
+TRELVANE_TEST_PACKAGES=(clang libclang-rt-14-dev libgtest-dev libbenchmark-dev python3 python3-pil imagemagick
+    pkg-config cc65 g++-mingw-w64-x86-64-posix mingw-w64 libz-mingw-w64-dev wine64 zip)
 
 package_installed() {
     dpkg-query -W -f='${Status}' "$1" 2>/dev/null | grep -q "install ok installed"
 }
 
+# ensure_packages build: what building the program needs; ensure_packages
+# test: that and everything the tests, benchmarks and fuzz targets need.
 ensure_packages() {
-    local missing=() package
-    for package in "${TRELVANE_PACKAGES[@]}"; do
+    local wanted=("${TRELVANE_BUILD_PACKAGES[@]}") missing=() package
+    [ "${1:-test}" = test ] && wanted+=("${TRELVANE_TEST_PACKAGES[@]}")
+    for package in "${wanted[@]}"; do
         package_installed "$package" || missing+=("$package")
     done
     [ ${#missing[@]} -eq 0 ] && return 0

@@ -8,7 +8,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/setup.sh
-ensure_packages
+ensure_packages test
 
 FUZZ_SECONDS=${FUZZ_SECONDS:-8}
 

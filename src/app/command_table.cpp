@@ -5,7 +5,7 @@
 
 #include "app/sequence_support.h"
 #include "core/hex_digit.h"
-#include "core/text_compare.h"
+#include "gfx/tile_codec.h"
 #include "trelvane.h"
 
 namespace {
@@ -58,8 +58,6 @@ constexpr ParameterRule kParameterRules[] = {
     {true, Check::Number, MSG_PARAM_FREQUENCY, "<%s> "},
 };
 
-constexpr const char* kTileFormatNames[] = {"SNES1", "SNES2", "SNES", "NES1", "NES", "GB1", "GB"};
-
 bool IsFileNameCharacter(char c) {
     static constexpr const char* kAllowedMarks = "[\\]^_`-./&'()+!?#";
     return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') ||
@@ -69,7 +67,7 @@ bool IsFileNameCharacter(char c) {
 bool PassesCheck(Check check, const char* text) {
     switch (check) {
         case Check::Number: return IsNumberArgument(text);
-        case Check::TileFormat: return IsTileFormatName(text);
+        case Check::TileFormat: return FindTileFormat(text) != nullptr;
         case Check::FileName: return IsFileNameArgument(text);
         case Check::None: return true;
     }
@@ -117,10 +115,4 @@ bool IsFileNameArgument(const char* text) {
     for (; *text; ++text)
         if (!IsFileNameCharacter(*text)) return false;
     return true;
-}
-
-bool IsTileFormatName(const char* text) {
-    for (const char* name : kTileFormatNames)
-        if (SameTextIgnoringCase(name, text)) return true;
-    return false;
 }

@@ -67,7 +67,6 @@ int FontIdOf(const char* commandArgument);
 
 // The argument checks: a number is hexadecimal digits with at most one
 // trailing "h" or "H"; a file name holds only the characters allowed in
-// one; a tile format is one of the known names in any case.
+// one. A tile format is a name the tile codecs know (FindTileFormat).
 bool IsNumberArgument(const char* text);
 bool IsFileNameArgument(const char* text);
-bool IsTileFormatName(const char* text);

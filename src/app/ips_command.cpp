@@ -2,6 +2,7 @@
 
 #include "app/command_sequences.h"
 #include "app/sequence_support.h"
+#include "core/path_names.h"
 #include "trelvane.h"
 
 // i: argument 1 is the changed ROM, argument 3 the original, argument 4 the

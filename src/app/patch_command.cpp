@@ -1,8 +1,11 @@
 #include <cstdio>
+#include <vector>
 
 #include "app/command_sequences.h"
 #include "app/sequence_support.h"
+#include "asm/current_patch_file.h"
 #include "asm/patch_limits.h"
+#include "core/path_names.h"
 #include "trelvane.h"
 
 namespace {
@@ -18,6 +21,16 @@ PatchApplier ApplierFor(const char* path) {
     return nullptr;
 }
 
+// Prints a failed statement: the bytes of a block refused for its size, then the error.
+void PrintStatementError() {
+    const std::vector<unsigned char>& refused = RefusedBlockOfCurrentPatch();
+    if (!refused.empty()) {
+        for (unsigned char byte : refused) std::printf("%02X ", byte);
+        std::printf("\n\n");
+    }
+    std::printf("%s\n", Trelvane_GetLastError());
+}
+
 // Runs a patch script on the ROM: failed statements are printed and the script goes on; the
 // image is saved unless MAX_PATCH_ERRORS statements fail.
 int RunPatchScript(const char* rom, const char* script) {
@@ -25,7 +38,7 @@ int RunPatchScript(const char* rom, const char* script) {
     if (!Trelvane_PatchFile_Open(script)) return FreeImageAndFail();
     int errors = 0;
     while (!Trelvane_PatchFile_Process()) {
-        std::printf("%s\n", Trelvane_GetLastError());
+        PrintStatementError();
         if (++errors == MAX_PATCH_ERRORS) {
             std::fputs("Too many errors - aborting\n", stdout);
             Trelvane_FreeROM(-1);

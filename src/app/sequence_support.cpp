@@ -5,10 +5,11 @@
 #include <cstring>
 
 #include "core/path_names.h"
-#include "core/text_compare.h"
+#include "table/table_reader.h"
 #include "trelvane.h"
 
 int FailWithLastError() {
+    if (const char* table = UnopenedTableFile()) std::printf("loadFile failed on '%s'\n", table);
     std::printf("%s\n", Trelvane_GetLastError());
     return -1;
 }
@@ -30,9 +31,4 @@ int64_t ParseNumberArgument(const char* text) {
 std::string IpsNameForRom(const char* rom) {
     const char* dot = LastDotOfBaseName(rom);
     return (dot ? std::string(rom, dot) : std::string(rom)) + ".ips";
-}
-
-bool HasExtension(const char* path, const char* extension) {
-    const char* dot = LastDotOfBaseName(path);
-    return dot && SameTextIgnoringCase(dot + 1, extension);
 }

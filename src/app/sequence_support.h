@@ -6,7 +6,8 @@
 
 #include <string>
 
-// Prints the formatted last error and a line feed; returns the exit status -1.
+// Prints the formatted last error and a line feed, behind the note on a
+// table file that could not be opened; returns the exit status -1.
 int FailWithLastError();
 
 // Frees the loaded image, then fails as FailWithLastError does.
@@ -23,6 +24,3 @@ int64_t ParseNumberArgument(const char* text);
 // replaced by ".ips", or ".ips" appended when it has none.
 std::string IpsNameForRom(const char* rom);
 
-// True when path's extension (behind the last "." of its base name) is
-// extension, letters compared without regard to case.
-bool HasExtension(const char* path, const char* extension);

@@ -1,24 +1,15 @@
 #include "app/tile_commands.h"
 
-
 #include "app/command_sequences.h"
 #include "app/sequence_support.h"
 #include "core/path_names.h"
-#include "core/text_compare.h"
+#include "core/rom_formats.h"
+#include "gfx/tile_codec.h"
 #include "trelvane.h"
 
 namespace {
 
 constexpr long kSheetSide = 128;  // the dump is a sheet of 16 x 16 tiles
-
-struct ExtensionFormat {
-    const char* extension;
-    const char* format;
-};
-
-constexpr ExtensionFormat kExtensionFormats[] = {
-    {".nes", "NES"}, {".smc", "SNES2"}, {".fig", "SNES2"}, {".gb", "GB"}, {".gbc", "GB"},
-};
 
 // Argument 5 when given, otherwise the format the ROM's extension implies.
 const char* TileFormatArgument(const CommandLine& line) {
@@ -28,11 +19,10 @@ const char* TileFormatArgument(const CommandLine& line) {
 }  // namespace
 
 const char* TileFormatForRomName(const char* romName) {
-    const char* extension = LastDotOfBaseName(romName);
-    if (extension)
-        for (const ExtensionFormat& entry : kExtensionFormats)
-            if (SameTextIgnoringCase(entry.extension, extension)) return entry.format;
-    return "???";
+    const char* dot = LastDotOfBaseName(romName);
+    const RomFormat* romFormat = dot ? FindRomFormat(dot + 1) : nullptr;
+    const char* format = romFormat ? TileFormatForRomType(romFormat->type) : nullptr;
+    return format ? format : "???";
 }
 
 int RunTilesInsert(const CommandLine& line) {

@@ -1,13 +1,12 @@
 #include "asm/block_compiler.h"
 
 #include <array>
-#include <cstdio>
 #include <cstring>
 #include <vector>
 
 #include "core/little_endian.h"
-#include "asm/patch_file.h"
 #include "asm/patch_lexicon.h"
+#include "asm/patch_messages.h"
 
 namespace {
 
@@ -32,7 +31,9 @@ const char* MnemonicName(int mnemonic) {
 
 class BlockCompiler {
 public:
-    explicit BlockCompiler(PatchFile& patch) : patch_(patch), labels_(patch.labels), entries_(patch.block.Entries()) {
+    BlockCompiler(const CodeBlock& block, LabelTable& labels, const BlockPlace& place, const CpuDescription& cpu,
+                  StatementError& error)
+        : labels_(labels), entries_(block.Entries()), place_(place), cpu_(cpu), error_(error) {
         operandSizes_.fill(1);
         for (auto& sizes : labelOpcodes_) sizes.fill(UNKNOWN_OPCODE);
     }
@@ -49,7 +50,7 @@ private:
     // Numeric targets become relative to the block's bank; named slots are not yet placed.
     void PrepareSlots() {
         for (int slot = labels_.NumericIndex() + 1; slot < LABEL_SLOT_COUNT; ++slot)
-            labels_.Value(slot) -= patch_.blockAddress & 0xFFFF;
+            labels_.Value(slot) -= place_.address & 0xFFFF;
         for (int slot = 0; slot < labels_.LabelCount(); ++slot) labels_.Value(slot) = -1;
     }
 
@@ -58,7 +59,7 @@ private:
         int32_t offset = 0;
         for (int i = 0; i < Count(); i = NextEntryIndex(entries_, i)) {
             const CodeEntry entry = entries_[static_cast<size_t>(i)];
-            if (IsMacroParameterEntry(entry)) return Report(patch_, MSG_UNEVALUATED_MACRO);
+            if (IsMacroParameterEntry(entry)) return Report(error_, MSG_UNEVALUATED_MACRO);
             if (IsLabelDefinition(entry)) labels_.Value(EntrySlot(entry)) = offset;
             else if (IsBranchReference(entry)) offset += 1 + operandSizes_[static_cast<size_t>(i)];
             else if (IsByteEntry(entry)) offset += 1;
@@ -68,7 +69,7 @@ private:
             if (!IsBranchReference(entry)) continue;
             const int slot = EntrySlot(entry);
             if (labels_.IsNumeric(slot) || (labels_.IsNamed(slot) && labels_.Value(slot) >= 0)) continue;
-            return Report(patch_, MSG_LABEL_UNDEFINED, labels_.Name(slot));
+            return Report(error_, MSG_LABEL_UNDEFINED, labels_.Name(slot));
         }
         return true;
     }
@@ -131,9 +132,9 @@ private:
                                   static_cast<uint32_t>(entries_[static_cast<size_t>(i) + 2]) << 16;
         const int bytes = size < 1 ? 1 : size > 4 ? 4 : size;
         const int32_t position = ImagePosition(location);
-        if (!patch_.cpu->Inside(position, bytes)) return Report(patch_, MSG_OUTSIDE_IMAGE, location & 0xFFFFFF);
-        const uint32_t value = static_cast<uint32_t>(patch_.blockAddress) + static_cast<uint32_t>(output_.size());
-        WriteLittleEndian(patch_.cpu->Memory() + position, value, bytes);
+        if (!cpu_.Inside(position, bytes)) return Report(error_, MSG_OUTSIDE_IMAGE, location & 0xFFFFFF);
+        const uint32_t value = static_cast<uint32_t>(place_.address) + static_cast<uint32_t>(output_.size());
+        WriteLittleEndian(cpu_.Memory() + position, value, bytes);
         return true;
     }
 
@@ -147,22 +148,22 @@ private:
         const int32_t target = labels_.Value(slot);
         const int32_t displacement = target - size - length - 1;
         if (displacement < -32768 || displacement > 32767) {
-            Report(patch_, MSG_TOO_FAR, labels_.Name(slot), target, MnemonicName(mnemonic), length + 2, displacement);
+            Report(error_, MSG_TOO_FAR, labels_.Name(slot), target, MnemonicName(mnemonic), length + 2, displacement);
             return BRANCH_FAILED;
         }
         if (size == 1 && (displacement < -128 || displacement > 127)) return Widen(i);
-        const InstructionSet& set = patch_.cpu->Instructions();
+        const InstructionSet& set = cpu_.Instructions();
         const int opcode = LabelOpcode(mnemonic, size);
         if (opcode < 0) {
             if (size < 3 && LabelOpcode(mnemonic, size + 1) >= 0) return Widen(i);
             if (size == 1 && LabelOpcode(mnemonic, 3) >= 0) return Widen(i);
-            ReportNotImplemented(patch_, MnemonicName(mnemonic), labels_.Name(slot));
+            ReportNotImplemented(error_, MnemonicName(mnemonic), labels_.Name(slot));
             return BRANCH_FAILED;
         }
         // A value form takes the target's address in the block's bank; a relative form the distance.
         const uint32_t operand = ModeOf(set, opcode).kind == MODE_KIND_RELATIVE
                                      ? static_cast<uint32_t>(displacement)
-                                     : static_cast<uint32_t>(patch_.blockAddress) + static_cast<uint32_t>(target);
+                                     : static_cast<uint32_t>(place_.address) + static_cast<uint32_t>(target);
         output_.push_back(static_cast<unsigned char>(opcode));
         for (int b = 0; b < size; ++b) output_.push_back(static_cast<unsigned char>(operand >> (8 * b)));
         return BRANCH_ENCODED;
@@ -172,7 +173,7 @@ private:
     int LabelOpcode(int mnemonic, int size) {
         int16_t& known = labelOpcodes_[static_cast<size_t>(mnemonic & 0xFF)][static_cast<size_t>(size & 3)];
         if (known == UNKNOWN_OPCODE)
-            known = static_cast<int16_t>(FindLabelOpcode(patch_.cpu->Instructions(), mnemonic, size));
+            known = static_cast<int16_t>(FindLabelOpcode(cpu_.Instructions(), mnemonic, size));
         return known;
     }
 
@@ -188,24 +189,24 @@ private:
     // Copies the output into the image, within the block limit and the image.
     bool Place() {
         const int32_t length = static_cast<int32_t>(output_.size());
-        if (length > patch_.blockLimit) {
-            Report(patch_, MSG_EXCEEDS_SIZE, patch_.blockAddress, length, patch_.blockLimit);
-            for (unsigned char byte : output_) std::printf("%02X ", byte);
-            std::printf("\n\n");
-            return false;
+        if (length > place_.limit) {
+            error_.SetRefusedBlock(output_);
+            return Report(error_, MSG_EXCEEDS_SIZE, place_.address, length, place_.limit);
         }
-        const int32_t position = ImagePosition(patch_.blockAddress);
-        if (!patch_.cpu->Inside(position, length))
-            return Report(patch_, MSG_BLOCK_OUTSIDE_IMAGE, patch_.blockAddress & 0xFFFFFF, length);
-        std::copy(output_.begin(), output_.end(), patch_.cpu->Memory() + position);
+        const int32_t position = ImagePosition(place_.address);
+        if (!cpu_.Inside(position, length))
+            return Report(error_, MSG_BLOCK_OUTSIDE_IMAGE, place_.address & 0xFFFFFF, length);
+        std::copy(output_.begin(), output_.end(), cpu_.Memory() + position);
         return true;
     }
 
     int Count() const { return static_cast<int>(entries_.size()); }
 
-    PatchFile& patch_;
     LabelTable& labels_;
     std::span<const CodeEntry> entries_;
+    const BlockPlace& place_;
+    const CpuDescription& cpu_;
+    StatementError& error_;
     std::array<int8_t, MAX_CODE_ENTRIES> operandSizes_{};
     std::array<int32_t, MAX_CODE_ENTRIES> positions_{};  // output length at each branch when last encoded
     std::vector<int> shortBranches_;  // encoded 8-bit branches to labels, in entry order
@@ -217,13 +218,10 @@ private:
 
 }  // namespace
 
-bool CompileBlock(PatchFile& patch) {
-    if (patch.block.Empty()) {
-        patch.labels.Reset();
-        return true;
-    }
-    const bool compiled = BlockCompiler(patch).Compile();
-    patch.block.Clear();
-    patch.labels.Reset();
+bool CompileBlock(CodeBlock& block, LabelTable& labels, const BlockPlace& place, const CpuDescription& cpu,
+                  StatementError& error) {
+    const bool compiled = block.Empty() || BlockCompiler(block, labels, place, cpu, error).Compile();
+    block.Clear();
+    labels.Reset();
     return compiled;
 }

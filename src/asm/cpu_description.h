@@ -16,13 +16,6 @@ public:
     CpuDescription(const CpuDescription&) = delete;
     CpuDescription& operator=(const CpuDescription&) = delete;
 
-    // Memory reads of the processor; the base description has no memory model and returns 0.
-    virtual int32_t ReadByte(int32_t) { return 0; }
-    virtual int32_t ReadWord(int32_t) { return 0; }
-    virtual int32_t ReadLong(int32_t) { return 0; }
-    virtual int32_t Reserved(int32_t) { return 0; }
-    virtual int32_t ProgramCounter() { return 0; }
-
     const char* Name() const { return name_; }
     const InstructionSet& Instructions() const { return instructions_; }
     SymbolTable& Symbols() { return symbols_; }
@@ -54,16 +47,6 @@ private:
 class Cpu65816 : public CpuDescription {
 public:
     Cpu65816() : CpuDescription("65816", Instructions65816()) {}
-
-    // Image bytes at address & 3FFFFFh (0 beyond the image's end); words and longs are little-endian.
-    int32_t ReadByte(int32_t address) override;
-    int32_t ReadWord(int32_t address) override;
-    int32_t ReadLong(int32_t address) override;
-    int32_t ProgramCounter() override { return programBank_ << 16 | programCounter_; }
-
-private:
-    uint16_t programCounter_ = 0;
-    uint8_t programBank_ = 0;
 };
 
 // The image position of a 24-bit processor address: its low 22 bits.

@@ -160,8 +160,3 @@ int FindOpcode(const InstructionSet& set, int mnemonic, const char* pattern) {
 int FindRegisterOpcode(const InstructionSet& set, int mnemonic, int mode) {
     return LowestOpcode(set, mnemonic, [mode](const OpcodeRecord& row) { return row.mode == mode; });
 }
-
-int FindOpcodeBySize(const InstructionSet& set, int mnemonic, int size) {
-    return LowestOpcode(set, mnemonic,
-                        [size](const OpcodeRecord& row) { return ADDRESSING_MODES[row.mode].size == size; });
-}

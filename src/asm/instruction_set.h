@@ -43,7 +43,6 @@ int FirstOpcode(const InstructionSet& set, int mnemonic);
 // The opcode whose template equals pattern, letters compared without regard to case.
 int FindOpcode(const InstructionSet& set, int mnemonic, const char* pattern);
 int FindRegisterOpcode(const InstructionSet& set, int mnemonic, int mode);
-int FindOpcodeBySize(const InstructionSet& set, int mnemonic, int size);
 
 inline const AddressingMode& ModeOf(const InstructionSet& s, int opcode) {
     return ADDRESSING_MODES[s.opcodes[opcode].mode];

@@ -6,9 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "asm/block_compiler.h"
 #include "asm/operands.h"
 #include "asm/patch_file.h"
+#include "asm/patch_messages.h"
+#include "asm/statement_kinds.h"
 #include "asm/patch_lexicon.h"
 
 namespace {
@@ -54,12 +55,12 @@ public:
             const size_t start = at_;
             while (!AtEnd() && !IsBlank(Current()) && Current() != ',') ++at_;
             if (parameters.size() >= static_cast<size_t>(MAX_MACRO_PARAMETERS))
-                return AppendMessage(patch, MSG_TOO_MANY, TABLE_PARAMETERS, MAX_MACRO_PARAMETERS);
+                return AppendMessage(patch.error, MSG_TOO_MANY, TABLE_PARAMETERS, MAX_MACRO_PARAMETERS);
             parameters.push_back(line_.substr(start, at_ - start));
             if (!AtEnd() && Current() == ' ') {
                 while (!AtEnd() && IsBlank(Current())) ++at_;
                 if (AtEnd() || Current() == ';') return true;
-                if (Current() != ',') return AppendMessage(patch, MSG_COMMA_EXPECTED);
+                if (Current() != ',') return AppendMessage(patch.error, MSG_COMMA_EXPECTED);
                 ++at_;
             } else if (!AtEnd()) {
                 ++at_;  // a tab separates like a comma
@@ -133,18 +134,18 @@ int32_t CopyBody(PatchFile& patch, const MacroBody& body, const std::string& nam
         const CodeEntry entry = entries[static_cast<size_t>(i)];
         if (IsMacroParameterEntry(entry)) {
             const size_t parameter = static_cast<size_t>(EntryParameter(entry));
-            if (parameter >= parameters.size()) return AppendMessage(patch, MSG_NOT_ENOUGH_PARAMETERS, name.c_str());
+            if (parameter >= parameters.size()) return AppendMessage(patch.error, MSG_NOT_ENOUGH_PARAMETERS, name.c_str());
             if (!AssembleWithParameter(patch, name, parameters[parameter], EntryLow(entry))) return 0;
             continue;
         }
         std::vector<CodeEntry> copied(entries.begin() + i, entries.begin() + NextEntryIndex(entries, i));
         if (entry & ENTRY_LABEL) {
             const int slot = slots.Map(EntrySlot(entry));
-            if (slot < 0) return AppendMessage(patch, MSG_TOO_MANY, TABLE_LABELS, LABEL_SLOT_COUNT);
+            if (slot < 0) return AppendMessage(patch.error, MSG_TOO_MANY, TABLE_LABELS, LABEL_SLOT_COUNT);
             copied[0] = static_cast<CodeEntry>((entry & 0x80FF) | slot << 8);
         }
         if (!patch.block.Append(copied))
-            return AppendMessage(patch, MSG_TOO_MANY, TABLE_CODE_ENTRIES, MAX_CODE_ENTRIES);
+            return AppendMessage(patch.error, MSG_TOO_MANY, TABLE_CODE_ENTRIES, MAX_CODE_ENTRIES);
     }
     return TOKEN_UNDERSCORE_NAME;
 }
@@ -154,10 +155,10 @@ int32_t CopyBody(PatchFile& patch, const MacroBody& body, const std::string& nam
 int32_t BeginMacro(PatchFile& patch, std::string_view name) {
     const std::string macroName = std::string("_").append(name);
     if (patch.definingMacro)
-        return Report(patch, MSG_MACRO_IN_MACRO, macroName.c_str(), patch.macroName.c_str());
+        return Report(patch.error, MSG_MACRO_IN_MACRO, macroName.c_str(), patch.macroName.c_str());
     if (macroName.size() > static_cast<size_t>(MAX_MACRO_NAME))
-        return Report(patch, MSG_NAME_TOO_LONG, macroName.c_str(), MAX_MACRO_NAME);
-    const bool compiled = CompileBlock(patch);
+        return Report(patch.error, MSG_NAME_TOO_LONG, macroName.c_str(), MAX_MACRO_NAME);
+    const bool compiled = CompilePendingBlock(patch);
     patch.macroName = macroName;
     patch.definingMacro = true;
     return compiled ? TOKEN_DOT_MACRO : 0;
@@ -166,14 +167,14 @@ int32_t BeginMacro(PatchFile& patch, std::string_view name) {
 namespace {
 
 bool AddMacro(PatchFile& patch) {
-    if (patch.macros.size() >= static_cast<size_t>(MAX_MACROS)) return ReportTooMany(patch, TABLE_MACROS, MAX_MACROS);
+    if (patch.macros.size() >= static_cast<size_t>(MAX_MACROS)) return ReportTooMany(patch.error, TABLE_MACROS, MAX_MACROS);
     auto body = std::make_unique<MacroBody>();
     const auto entries = patch.block.Entries();
     body->entries.assign(entries.begin(), entries.end());
     body->labels = DescribeLabels(patch);
     const int index = static_cast<int>(patch.macros.size());
     if (!patch.reader.AddPattern(TOKEN_MACRO_BASE + index, patch.macroName.c_str()))
-        return Report(patch, MSG_SCANNER_FULL, patch.macroName.c_str());
+        return Report(patch.error, MSG_SCANNER_FULL, patch.macroName.c_str());
     patch.macros.push_back(std::move(body));
     return true;
 }
@@ -181,7 +182,7 @@ bool AddMacro(PatchFile& patch) {
 }  // namespace
 
 int32_t StoreMacro(PatchFile& patch) {
-    if (!patch.definingMacro) return Report(patch, MSG_ENDM_WITHOUT_MACRO);
+    if (!patch.definingMacro) return Report(patch.error, MSG_ENDM_WITHOUT_MACRO);
     patch.definingMacro = false;
     const bool added = AddMacro(patch);
     patch.block.Clear();  // the body is stored, or dropped with the refused definition
@@ -192,10 +193,10 @@ int32_t StoreMacro(PatchFile& patch) {
 int32_t ExpandMacro(PatchFile& patch, int index) {
     SourceReader& reader = patch.reader;
     const size_t nameEnd = static_cast<size_t>(reader.TokenEndColumn() - 1);
-    SetMessagePrefix(patch, reader.FileName(), reader.TokenLine(), reader.TokenEndColumn());
+    SetMessagePrefix(patch.error, reader.FileName(), reader.TokenLine(), reader.TokenEndColumn());
     const std::string line = reader.LineText();
     reader.SkipLine();
-    if (index < 0 || index >= static_cast<int>(patch.macros.size())) return AppendMessage(patch, MSG_UNKNOWN_COMMAND, "");
+    if (index < 0 || index >= static_cast<int>(patch.macros.size())) return AppendMessage(patch.error, MSG_UNKNOWN_COMMAND, "");
     std::vector<std::string> parameters;
     if (!ParameterCutter(line, nameEnd).Cut(patch, parameters)) return 0;
     return CopyBody(patch, *patch.macros[static_cast<size_t>(index)], CallName(line, std::min(nameEnd, line.size())),

@@ -4,6 +4,8 @@
 #include <string>
 
 #include "asm/patch_file.h"
+#include "asm/patch_messages.h"
+#include "asm/statement_kinds.h"
 #include "asm/patch_lexicon.h"
 
 namespace {
@@ -66,28 +68,28 @@ OperandTemplate MakeTemplate(const std::string& text) {
 
 int32_t AssembleRegister(PatchFile& patch, int mnemonic, int mode) {
     const int opcode = FindRegisterOpcode(patch.cpu->Instructions(), mnemonic, mode);
-    if (opcode < 0) return ReportInvalidOperand(patch);
+    if (opcode < 0) return ReportInvalidOperand(patch.error);
     if (!patch.block.Append({static_cast<CodeEntry>(opcode)}))
-        return ReportTooMany(patch, TABLE_CODE_ENTRIES, MAX_CODE_ENTRIES);
+        return ReportTooMany(patch.error, TABLE_CODE_ENTRIES, MAX_CODE_ENTRIES);
     return mnemonic;
 }
 
 int32_t AssembleLabel(PatchFile& patch, int mnemonic) {
     const std::string name = patch.reader.TokenText();
     if (name.size() > static_cast<size_t>(MAX_LABEL_NAME))
-        return Report(patch, MSG_NAME_TOO_LONG, name.c_str(), MAX_LABEL_NAME);
+        return Report(patch.error, MSG_NAME_TOO_LONG, name.c_str(), MAX_LABEL_NAME);
     int slot = patch.labels.Lookup(name);
     if (slot < 0) slot = patch.labels.Add(name);
-    if (slot < 0) return ReportTooMany(patch, TABLE_LABELS, LABEL_SLOT_COUNT);
+    if (slot < 0) return ReportTooMany(patch.error, TABLE_LABELS, LABEL_SLOT_COUNT);
     if (!patch.block.Append({BranchEntry(slot, mnemonic)}))
-        return ReportTooMany(patch, TABLE_CODE_ENTRIES, MAX_CODE_ENTRIES);
+        return ReportTooMany(patch.error, TABLE_CODE_ENTRIES, MAX_CODE_ENTRIES);
     return STATEMENT_LABEL;
 }
 
 int32_t AssembleParameter(PatchFile& patch, int mnemonic) {
     const int parameter = ParseDecimal(patch.reader.TokenText() + 1);
     if (!patch.block.Append({MacroParameterEntry(parameter, mnemonic)}))
-        return ReportTooMany(patch, TABLE_CODE_ENTRIES, MAX_CODE_ENTRIES);
+        return ReportTooMany(patch.error, TABLE_CODE_ENTRIES, MAX_CODE_ENTRIES);
     return TOKEN_UNDERSCORE_NAME;
 }
 
@@ -106,7 +108,7 @@ bool WriteOperand(PatchFile& patch, int32_t kind, const std::string& token, int 
     const SymbolRecord* symbol = patch.cpu->Symbols().Find(kind - TOKEN_SYMBOL_BASE);
     if (kind < TOKEN_SYMBOL_BASE || !symbol) return false;
     const bool variable = symbol->type == SYMBOL_VARIABLE;
-    const int32_t base = variable ? patch.cpu->AssumedDataBank() : patch.blockAddress;
+    const int32_t base = variable ? patch.cpu->AssumedDataBank() : patch.place.address;
     if (width == 2) {
         const char* index = IndexSuffix(patch.reader.Match());
         if (index) {
@@ -128,16 +130,16 @@ int32_t EmitInstruction(PatchFile& patch, int opcode, uint32_t value, int mnemon
     const AddressingMode& mode = ModeOf(patch.cpu->Instructions(), opcode);
     if (mode.kind == MODE_KIND_RELATIVE) {
         const int slot = patch.labels.NewNumericTarget(static_cast<int32_t>(value));
-        if (slot < 0) return ReportTooMany(patch, TABLE_LABELS, LABEL_SLOT_COUNT);
+        if (slot < 0) return ReportTooMany(patch.error, TABLE_LABELS, LABEL_SLOT_COUNT);
         if (!patch.block.Append({BranchEntry(slot, mnemonic)}))
-            return ReportTooMany(patch, TABLE_CODE_ENTRIES, MAX_CODE_ENTRIES);
+            return ReportTooMany(patch.error, TABLE_CODE_ENTRIES, MAX_CODE_ENTRIES);
         return mnemonic;
     }
     CodeEntry entries[5] = {static_cast<CodeEntry>(opcode)};
     int count = 1;
     for (int i = 0; i < mode.size && i < 4; ++i) entries[count++] = static_cast<CodeEntry>(value >> (8 * i) & 0xFF);
     if (!patch.block.Append(std::span<const CodeEntry>(entries, static_cast<size_t>(count))))
-        return ReportTooMany(patch, TABLE_CODE_ENTRIES, MAX_CODE_ENTRIES);
+        return ReportTooMany(patch.error, TABLE_CODE_ENTRIES, MAX_CODE_ENTRIES);
     return mnemonic;
 }
 
@@ -145,7 +147,7 @@ int32_t AssembleInstruction(PatchFile& patch, int mnemonic) {
     const InstructionSet& set = patch.cpu->Instructions();
     const int m = MapAlias(set, mnemonic);
     const int first = m > 0 && m < MNEMONIC_COUNT ? FirstOpcode(set, m) : -1;
-    if (first < 0) return ReportNotImplemented(patch, patch.reader.TokenText(), "");
+    if (first < 0) return ReportNotImplemented(patch.error, patch.reader.TokenText(), "");
     if (ModeOf(set, first).kind == MODE_KIND_NONE) return EmitInstruction(patch, first, 0, m);
 
     const int32_t kind = patch.reader.NextToken();
@@ -164,5 +166,5 @@ int32_t AssembleInstruction(PatchFile& patch, int mnemonic) {
         if (opcode >= 0) return EmitInstruction(patch, opcode, operand.value, m);
         if (IsMemoryToken(kind)) break;
     }
-    return ReportInvalidOperand(patch);
+    return ReportInvalidOperand(patch.error);
 }

@@ -1,5 +1,5 @@
 // An open patch script: its reader, CPU description, pending code block,
-// label table, macros and the message of the statement that failed last.
+// label table, macros and the error of the statement that failed last.
 #pragma once
 
 #include <cstdint>
@@ -7,11 +7,12 @@
 #include <string>
 #include <vector>
 
+#include "asm/block_compiler.h"
 #include "asm/code_block.h"
 #include "asm/cpu_description.h"
 #include "asm/label_table.h"
 #include "asm/macro_body.h"
-#include "asm/patch_limits.h"
+#include "asm/statement_error.h"
 #include "text/source_reader.h"
 
 struct PatchFile {
@@ -23,15 +24,13 @@ struct PatchFile {
     bool Open(const char* name);
     void OpenText(const char* name, const char* text);
 
-    char message[PATCH_MESSAGE_SIZE] = {};
+    SourceReader reader{READER_SKIP_SPACE};
+    StatementError error{reader};
     CodeBlock block;
     std::vector<std::unique_ptr<MacroBody>> macros;
     LabelTable labels;
     std::unique_ptr<CpuDescription> cpu;
-    SourceReader reader{READER_SKIP_SPACE};
-    int32_t blockAddress = 0;
-    uint16_t blockLimit = 0xFFFF;
-    int32_t symbolCount = 0;
+    BlockPlace place;  // the address and limit of the last .ADDRESS
 
     // The macro under definition ("_" and its name), if any.
     bool definingMacro = false;
@@ -40,15 +39,5 @@ struct PatchFile {
     std::vector<std::string> openFiles;
 };
 
-// The statement reporters: each composes the message (position of the current token, then the
-// complaint, cut safely at the message size) and returns 0, the result of a failed statement.
-int ReportAt(PatchFile& patch, const char* file, int line, int column, const char* format, ...);
-int Report(PatchFile& patch, const char* format, ...);  // at the current token
-int ReportExpected(PatchFile& patch, const char* expected);
-int ReportInvalidOperand(PatchFile& patch);
-int ReportAlreadyDefined(PatchFile& patch, const char* kind, const char* name);
-int ReportNotImplemented(PatchFile& patch, const char* first, const char* second);
-int ReportTooMany(PatchFile& patch, const char* table, int limit);
-// Sets the message to the position prefix alone; AppendMessage adds the complaint later.
-void SetMessagePrefix(PatchFile& patch, const char* file, int line, int column);
-int AppendMessage(PatchFile& patch, const char* format, ...);
+// Compiles the pending block at the block's place (see CompileBlock).
+bool CompilePendingBlock(PatchFile& patch);

@@ -1,12 +1,6 @@
-// The limits of the patch-script engine and the texts of its statement errors,
-// kept together so that scripts, tests and documentation can rely on them.
+// The limits of the patch-script engine, which scripts, tests and the
+// documentation rely on.
 #pragma once
-
-#include <cstdint>
-
-// Statement kinds that are not token kinds.
-inline constexpr int32_t STATEMENT_DATA = 10001;
-inline constexpr int32_t STATEMENT_LABEL = 10004;
 
 // The p command gives up after this many failed statements.
 inline constexpr int MAX_PATCH_ERRORS = 20;
@@ -21,45 +15,3 @@ inline constexpr int MAX_MACROS = 1000;
 inline constexpr int MAX_MACRO_NAME = 31;        // the leading "_" included
 inline constexpr int MAX_MACRO_PARAMETERS = 16;  // texts cut from one call's line
 inline constexpr int MAX_FILE_NAME = 127;        // a quoted .INCLUDE name
-
-// Every message starts with the position: file, line and column.
-#define PATCH_POSITION "%s:%d,%d:"
-
-// The reporters of a failed statement (the position comes first).
-inline constexpr const char* MSG_EXPECTED = "Expected %s, found: %s";
-inline constexpr const char* MSG_OPEN_FAILED = "Error opening: %s";
-inline constexpr const char* MSG_INVALID_OPERAND = "Invalid operand: %s";
-inline constexpr const char* MSG_ALREADY_DEFINED = "%s %s already defined.";
-inline constexpr const char* MSG_TOO_WIDE = "%s does not fit into %d bits.";
-inline constexpr const char* MSG_NOT_IMPLEMENTED = "%s %s not implemented.";
-inline constexpr const char* MSG_UNKNOWN_COMMAND = "Unknown command: %s";
-
-// .PATCH and macro calls append these behind the position of the colon or the name.
-inline constexpr const char* MSG_MISMATCHED_PAIR = "mismatched hex pair";
-inline constexpr const char* MSG_COMMA_EXPECTED = "Comma expected between macro parameters";
-inline constexpr const char* MSG_NOT_ENOUGH_PARAMETERS = "Not enough parameters to macro %s.";
-
-// Compiling a block.
-inline constexpr const char* MSG_UNEVALUATED_MACRO = "Attempt to compile unevaluated macro failed.\n";
-inline constexpr const char* MSG_TOO_FAR = "%s (%d) too far from %s (%d) %d";
-inline constexpr const char* MSG_EXCEEDS_SIZE = "Compiled code at %06X exceeds maximum size (%d/%d)";
-
-// Refusals that keep every write inside the image and every table within its size.
-inline constexpr const char* MSG_OUTSIDE_IMAGE = "Address %06X lies outside the image";
-inline constexpr const char* MSG_BLOCK_OUTSIDE_IMAGE = "Compiled code at %06X (%d bytes) lies outside the image";
-inline constexpr const char* MSG_LABEL_UNDEFINED = "Label %s is not defined in this block.";
-inline constexpr const char* MSG_TOO_MANY = "Too many %s (at most %d).";
-inline constexpr const char* MSG_NAME_TOO_LONG = "Name %s is longer than %d characters.";
-inline constexpr const char* MSG_ENDM_WITHOUT_MACRO = ".ENDM without .MACRO";
-inline constexpr const char* MSG_MACRO_IN_MACRO = "Macro %s cannot be defined inside macro %s.";
-inline constexpr const char* MSG_MACRO_NOT_ENDED = "Macro %s has no .ENDM.";
-inline constexpr const char* MSG_ALREADY_OPEN = "File %s is already being read.";
-inline constexpr const char* MSG_SCANNER_FULL = "No room left in the scanner for %s.";
-inline constexpr const char* MSG_NO_PATCH_FILE = "No patch file is open.";
-
-// The table names of MSG_TOO_MANY.
-inline constexpr const char* TABLE_CODE_ENTRIES = "code entries in one block";
-inline constexpr const char* TABLE_LABELS = "labels and branch targets in one block";
-inline constexpr const char* TABLE_SYMBOLS = "symbols";
-inline constexpr const char* TABLE_MACROS = "macros";
-inline constexpr const char* TABLE_PARAMETERS = "macro parameters";

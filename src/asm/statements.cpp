@@ -5,10 +5,11 @@
 #include <string_view>
 
 #include "core/text_compare.h"
-#include "asm/block_compiler.h"
 #include "asm/macros.h"
 #include "asm/operands.h"
 #include "asm/patch_file.h"
+#include "asm/patch_messages.h"
+#include "asm/statement_kinds.h"
 #include "asm/patch_lexicon.h"
 
 namespace {
@@ -21,13 +22,13 @@ int32_t TokenNumber(const SourceReader& reader) {
 
 // Reads a number into value; otherwise reports expected.
 bool ReadNumber(PatchFile& patch, const char* expected, int32_t& value) {
-    if (!IsNumberToken(patch.reader.NextToken())) return ReportExpected(patch, expected);
+    if (!IsNumberToken(patch.reader.NextToken())) return ReportExpected(patch.error, expected);
     value = TokenNumber(patch.reader);
     return true;
 }
 
 bool ReadToken(PatchFile& patch, int32_t kind, const char* expected) {
-    return patch.reader.NextToken() == kind || ReportExpected(patch, expected);
+    return patch.reader.NextToken() == kind || ReportExpected(patch.error, expected);
 }
 
 // Reads the next token when it has the given kind.
@@ -35,16 +36,15 @@ bool TakeIf(PatchFile& patch, int32_t kind) { return patch.reader.Match() == kin
 
 bool NameFits(PatchFile& patch, std::string_view name, int limit) {
     return static_cast<int>(name.size()) <= limit ||
-           Report(patch, MSG_NAME_TOO_LONG, std::string(name).c_str(), limit);
+           Report(patch.error, MSG_NAME_TOO_LONG, std::string(name).c_str(), limit);
 }
 
 // Adds a variable or constant to the symbol table and its name to the scanner.
 int32_t DefineSymbol(PatchFile& patch, const std::string& name, const SymbolRecord& record) {
-    if (patch.cpu->Symbols().Count() >= MAX_SYMBOLS) return ReportTooMany(patch, TABLE_SYMBOLS, MAX_SYMBOLS);
-    if (!patch.reader.AddPattern(TOKEN_SYMBOL_BASE + patch.symbolCount, name.c_str()))
-        return Report(patch, MSG_SCANNER_FULL, name.c_str());
+    if (patch.cpu->Symbols().Count() >= MAX_SYMBOLS) return ReportTooMany(patch.error, TABLE_SYMBOLS, MAX_SYMBOLS);
+    if (!patch.reader.AddPattern(TOKEN_SYMBOL_BASE + patch.cpu->Symbols().Count(), name.c_str()))
+        return Report(patch.error, MSG_SCANNER_FULL, name.c_str());
     patch.cpu->Symbols().Add(record);
-    ++patch.symbolCount;
     return TOKEN_VARIABLE;
 }
 
@@ -52,22 +52,21 @@ int32_t DefineSymbol(PatchFile& patch, const std::string& name, const SymbolReco
 int32_t ParseVariable(PatchFile& patch) {
     const std::string name = patch.reader.TokenText() + 1;
     if (!NameFits(patch, name, MAX_SYMBOL_NAME)) return 0;
-    if (patch.reader.NextToken() != TOKEN_HEX) return ReportExpected(patch, "memory location");
+    if (patch.reader.NextToken() != TOKEN_HEX) return ReportExpected(patch.error, "memory location");
     return DefineSymbol(patch, name, SymbolRecord(name, SYMBOL_VARIABLE, ParseHex(patch.reader.TokenText())));
 }
 
-// name .EQL value, optionally ( attribute )
+// name .EQL value, optionally ( attribute ); nothing reads the attribute.
 int32_t ParseConstant(PatchFile& patch, const std::string& name) {
     int32_t value = 0;
     if (!ReadNumber(patch, "number", value)) return 0;
-    if (static_cast<uint32_t>(value) > 0xFFFFFF) return Report(patch, MSG_TOO_WIDE, patch.reader.TokenText(), 24);
+    if (static_cast<uint32_t>(value) > 0xFFFFFF) return Report(patch.error, MSG_TOO_WIDE, patch.reader.TokenText(), 24);
     if (!NameFits(patch, name, MAX_SYMBOL_NAME)) return 0;
     SymbolRecord record(name, SYMBOL_CONSTANT, value);
     if (TakeIf(patch, TOKEN_LPAREN)) {
         int32_t attribute = 0;
         if (!ReadNumber(patch, "number", attribute)) return 0;
         if (!ReadToken(patch, TOKEN_RPAREN, ")")) return 0;
-        record.attribute = static_cast<uint8_t>(attribute);
     }
     return DefineSymbol(patch, name, record);
 }
@@ -77,11 +76,11 @@ int32_t ParseLabel(PatchFile& patch, const std::string& name) {
     if (!NameFits(patch, name, MAX_LABEL_NAME)) return 0;
     int slot = patch.labels.Lookup(name);
     if (slot >= 0 && patch.block.Holds(LabelDefinitionEntry(slot)))
-        return ReportAlreadyDefined(patch, "Label", patch.labels.Name(slot));
+        return ReportAlreadyDefined(patch.error, "Label", patch.labels.Name(slot));
     if (slot < 0) slot = patch.labels.Add(name);
-    if (slot < 0) return ReportTooMany(patch, TABLE_LABELS, LABEL_SLOT_COUNT);
+    if (slot < 0) return ReportTooMany(patch.error, TABLE_LABELS, LABEL_SLOT_COUNT);
     if (!patch.block.Append({LabelDefinitionEntry(slot)}))
-        return ReportTooMany(patch, TABLE_CODE_ENTRIES, MAX_CODE_ENTRIES);
+        return ReportTooMany(patch.error, TABLE_CODE_ENTRIES, MAX_CODE_ENTRIES);
     return STATEMENT_LABEL;
 }
 
@@ -92,14 +91,14 @@ int32_t ParseIdentifier(PatchFile& patch) {
     case TOKEN_DOT_MACRO: return BeginMacro(patch, name);
     case TOKEN_DOT_EQL: return ParseConstant(patch, name);
     case TOKEN_COLON: return ParseLabel(patch, name);
-    default: return ReportExpected(patch, ".MACRO");
+    default: return ReportExpected(patch.error, ".MACRO");
     }
 }
 
 // A defined symbol at the start of a statement may only name a new macro.
 int32_t ParseSymbolStart(PatchFile& patch) {
     const std::string name = patch.reader.TokenText();
-    if (patch.reader.Match() != TOKEN_DOT_MACRO) return ReportAlreadyDefined(patch, "Variable", name.c_str());
+    if (patch.reader.Match() != TOKEN_DOT_MACRO) return ReportAlreadyDefined(patch.error, "Variable", name.c_str());
     patch.reader.NextToken();
     return BeginMacro(patch, name);
 }
@@ -110,7 +109,7 @@ bool ParseAssume(PatchFile& patch) {
     const int mode = kind - TOKEN_REGISTER_BASE;
     if (mode < FIRST_REGISTER_MODE || mode >= ADDRESSING_MODE_COUNT ||
         !SameTextIgnoringCase(ADDRESSING_MODES[mode].pattern, "DBR"))
-        return ReportExpected(patch, "DBR");
+        return ReportExpected(patch.error, "DBR");
     if (!ReadToken(patch, TOKEN_COLON, "colon")) return false;
     if (!ReadToken(patch, TOKEN_HEX, "memory address")) return false;
     patch.cpu->SetAssumedDataBank(ParseHex(patch.reader.TokenText()));
@@ -133,16 +132,16 @@ bool AlreadyBeingRead(const PatchFile& patch, const std::string& name) {
 
 // .INCLUDE "name": reading goes on in the included file.
 bool ParseInclude(PatchFile& patch) {
-    if (patch.reader.NextToken() != TOKEN_STRING) return ReportExpected(patch, "filename");
+    if (patch.reader.NextToken() != TOKEN_STRING) return ReportExpected(patch.error, "filename");
     const std::string name = Substring(patch.reader.TokenText(), 1, -1);
     if (!NameFits(patch, name, MAX_FILE_NAME)) return false;
-    if (AlreadyBeingRead(patch, name)) return Report(patch, MSG_ALREADY_OPEN, name.c_str());
+    if (AlreadyBeingRead(patch, name)) return Report(patch.error, MSG_ALREADY_OPEN, name.c_str());
     const std::string file = patch.reader.FileName();
     const int line = patch.reader.TokenLine(), column = patch.reader.TokenColumn();
     patch.reader.PushFrame();
     if (!patch.reader.Open(name.c_str(), "")) {
         patch.reader.PopFrame();
-        return ReportAt(patch, file.c_str(), line, column, MSG_OPEN_FAILED, name.c_str());
+        return ReportAt(patch.error, file.c_str(), line, column, MSG_OPEN_FAILED, name.c_str());
     }
     patch.openFiles.push_back(name);
     return true;
@@ -155,7 +154,7 @@ int32_t ParseData(PatchFile& patch, int bytes) {
         if (!ReadNumber(patch, "Byte value", value)) return 0;
         const CodeEntry low = static_cast<CodeEntry>(value & 0xFF), high = static_cast<CodeEntry>(value >> 8 & 0xFF);
         const bool appended = bytes == 1 ? patch.block.Append({low}) : patch.block.Append({low, high});
-        if (!appended) return ReportTooMany(patch, TABLE_CODE_ENTRIES, MAX_CODE_ENTRIES);
+        if (!appended) return ReportTooMany(patch.error, TABLE_CODE_ENTRIES, MAX_CODE_ENTRIES);
     } while (TakeIf(patch, TOKEN_COMMA));
     return STATEMENT_DATA;
 }
@@ -164,13 +163,13 @@ int32_t ParseData(PatchFile& patch, int bytes) {
 int32_t ParseAddress(PatchFile& patch) {
     int32_t address = 0;
     if (!ReadNumber(patch, "number", address)) return 0;
-    const bool compiled = CompileBlock(patch);
-    patch.blockLimit = 0xFFFF;
-    patch.blockAddress = address;
+    const bool compiled = CompilePendingBlock(patch);
+    patch.place.limit = 0xFFFF;
+    patch.place.address = address;
     if (TakeIf(patch, TOKEN_LPAREN)) {
         int32_t limit = 0;
         if (!ReadNumber(patch, "number", limit)) return 0;
-        patch.blockLimit = static_cast<uint16_t>(limit);
+        patch.place.limit = static_cast<uint16_t>(limit);
         if (!ReadToken(patch, TOKEN_RPAREN, ")")) return 0;
     }
     return compiled ? TOKEN_DOT_ADDRESS : 0;
@@ -185,16 +184,16 @@ int32_t ParsePatch(PatchFile& patch) {
     if (!ReadToken(patch, TOKEN_COLON, "colon")) return 0;
     SourceReader& reader = patch.reader;
     const int endColumn = reader.TokenEndColumn();
-    SetMessagePrefix(patch, reader.FileName(), reader.TokenLine(), endColumn);
+    SetMessagePrefix(patch.error, reader.FileName(), reader.TokenLine(), endColumn);
     const std::string line = reader.LineText();
     reader.SkipLine();
     for (size_t at = static_cast<size_t>(endColumn - 1); at <= line.size();) {
         while (at < line.size() && IsBlank(line[at])) ++at;
         if (at >= line.size() || line[at] == ';') break;
         const char second = at + 1 < line.size() ? line[at + 1] : '\0';
-        if (second == '\0' || second == ';' || IsBlank(second)) return AppendMessage(patch, MSG_MISMATCHED_PAIR);
+        if (second == '\0' || second == ';' || IsBlank(second)) return AppendMessage(patch.error, MSG_MISMATCHED_PAIR);
         const int32_t position = ImagePosition(address);
-        if (!patch.cpu->Inside(position, 1)) return AppendMessage(patch, MSG_OUTSIDE_IMAGE, address & 0xFFFFFF);
+        if (!patch.cpu->Inside(position, 1)) return AppendMessage(patch.error, MSG_OUTSIDE_IMAGE, address & 0xFFFFFF);
         patch.cpu->Memory()[position] = static_cast<unsigned char>(ParseHex(line.substr(at, 2).append("h").c_str()));
         ++address;
         at += 2;
@@ -209,7 +208,7 @@ int32_t ParsePointer(PatchFile& patch) {
     if (!ReadToken(patch, TOKEN_AT, "@")) return 0;
     if (!ReadNumber(patch, "number", location)) return 0;
     if (!patch.block.AppendPointer(size, static_cast<uint32_t>(location)))
-        return ReportTooMany(patch, TABLE_CODE_ENTRIES, MAX_CODE_ENTRIES);
+        return ReportTooMany(patch.error, TABLE_CODE_ENTRIES, MAX_CODE_ENTRIES);
     return TOKEN_DOT_POINTER;
 }
 
@@ -217,12 +216,12 @@ int32_t ParsePointer(PatchFile& patch) {
 int32_t EndOfScript(PatchFile& patch) {
     bool finished = true;
     if (patch.definingMacro) {
-        finished = Report(patch, MSG_MACRO_NOT_ENDED, patch.macroName.c_str());
+        finished = Report(patch.error, MSG_MACRO_NOT_ENDED, patch.macroName.c_str());
         patch.definingMacro = false;
         patch.block.Clear();
         patch.labels.Reset();
     }
-    finished = CompileBlock(patch) && finished;
+    finished = CompilePendingBlock(patch) && finished;
     while (patch.reader.PopFrame()) {
     }
     patch.openFiles.clear();
@@ -234,7 +233,7 @@ bool InRange(int32_t kind, int32_t first, int32_t end) { return kind >= first &&
 }  // namespace
 
 int32_t ParseStatement(PatchFile& patch) {
-    patch.message[0] = '\0';
+    patch.error.Clear();
     SourceReader& reader = patch.reader;
     for (;;) {
         int32_t kind = reader.NextToken();
@@ -266,6 +265,6 @@ int32_t ParseStatement(PatchFile& patch) {
         if (InRange(kind, TOKEN_MACRO_BASE, TOKEN_MACRO_BASE + MAX_MACROS))
             return ExpandMacro(patch, kind - TOKEN_MACRO_BASE);
         if (InRange(kind, TOKEN_SYMBOL_BASE, TOKEN_SYMBOL_BASE + MAX_SYMBOLS)) return ParseSymbolStart(patch);
-        return Report(patch, MSG_UNKNOWN_COMMAND, reader.TokenText());
+        return Report(patch.error, MSG_UNKNOWN_COMMAND, reader.TokenText());
     }
 }

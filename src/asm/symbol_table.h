@@ -12,7 +12,6 @@ inline constexpr uint8_t SYMBOL_CONSTANT = 2;  // name .EQL value
 
 struct SymbolRecord {
     char name[MAX_SYMBOL_NAME + 1] = {};
-    uint8_t attribute = 0;  // the optional "(n)" of .EQL; nothing reads it
     uint8_t type = SYMBOL_VARIABLE;
     int32_t value = 0;
 

@@ -129,6 +129,6 @@ const char* DefaultMessageText(int id) {
     const CatalogueEntry* entry = FindEntry(id);
     if (!entry) return kUnknownText;
     if (entry->text) return entry->text;
-    const std::string& nested = LastError().file;
-    return nested.empty() ? kUnknownText : nested.c_str();
+    // The nested message is inserted as text through the placeholder, never read as a format.
+    return LastError().file.empty() ? kUnknownText : "[file]";
 }

@@ -9,5 +9,6 @@ std::string MessageName(int id);
 
 // The built-in text of id; "Unknown error" for an identifier outside the
 // catalogue. TLERR_NESTED carries its whole text in the last error's file
-// field, so its default text is that field ("Unknown error" when empty).
+// field, so its default text is "[file]", which inserts that field as it
+// stands, brackets and all ("Unknown error" when the field is empty).
 const char* DefaultMessageText(int id);

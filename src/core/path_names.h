@@ -1,9 +1,10 @@
 // The parts of a file path that commands look at: the base name and the dot
-// its extension starts behind. Shared by the engine and the front end (which
-// links only the library's exported interface, so this stays inline).
+// its extension starts behind.
 #pragma once
 
 #include <cstring>
+
+#include "core/text_compare.h"
 
 // "\" and "/" separate folders in either style, so a name written for one
 // system reads the same on the other. Windows paths may also start with a
@@ -36,3 +37,10 @@ inline const char* FirstDotOfBaseName(const char* path) { return std::strchr(Bas
 // The last "." of path's base name, or null: "game.fr.smc" has the extension
 // "smc".
 inline const char* LastDotOfBaseName(const char* path) { return std::strrchr(BaseName(path), '.'); }
+
+// True when path's extension (behind the last "." of its base name) is
+// extension, letters compared without regard to case.
+inline bool HasExtension(const char* path, const char* extension) {
+    const char* dot = LastDotOfBaseName(path);
+    return dot && SameTextIgnoringCase(dot + 1, extension);
+}

@@ -8,7 +8,7 @@
 #include "core/last_error.h"
 #include "core/output_file.h"
 #include "core/path_names.h"
-#include "core/text_compare.h"
+#include "core/rom_formats.h"
 #include "trelvane.h"
 
 namespace {
@@ -16,16 +16,6 @@ namespace {
 RomImage currentImage;
 
 constexpr int MAX_ROMS = 1;
-
-struct RomFormat {
-    const char* extension;
-    int32_t type;
-    int32_t headerLength;
-};
-
-constexpr RomFormat kRomFormats[] = {
-    {"nes", ROM_NES, 16}, {"smc", ROM_SNES, 512}, {"fig", ROM_SNES, 512}, {"gb", ROM_GB, 0}, {"gbc", ROM_GB, 0},
-};
 
 struct RomSlot {
     std::vector<unsigned char> data;
@@ -38,12 +28,6 @@ RomSlot slots[MAX_ROMS];
 long slotsInUse = 0;
 long mostRecentLoad = 0;
 long currentHandle = 0;
-
-const RomFormat* FindFormat(const char* extension) {
-    for (const RomFormat& format : kRomFormats)
-        if (SameTextIgnoringCase(format.extension, extension)) return &format;
-    return nullptr;
-}
 
 void MakeCurrent(long handle) {
     RomSlot& slot = slots[handle - 1];
@@ -118,7 +102,7 @@ long Trelvane_LoadROM(const char* path) {
         for (RomSlot& slot : slots) slot = RomSlot();
     const char* dot = FirstDotOfBaseName(path);
     if (!dot) return SetError(TLERR_FILE_NOEXT, path, 0, 0);
-    const RomFormat* format = FindFormat(dot + 1);
+    const RomFormat* format = FindRomFormat(dot + 1);
     if (!format) return SetError(TLERR_FILE_BADEXT, path, 0, 0, dot);
     long handle = 0;
     for (int k = 0; k < MAX_ROMS && !handle; ++k)

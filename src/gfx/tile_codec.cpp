@@ -80,6 +80,15 @@ const TileFormat* FindTileFormat(const char* name) {
     return nullptr;
 }
 
+const char* TileFormatForRomType(int32_t type) {
+    switch (type) {
+        case ROM_NES: return "NES";
+        case ROM_SNES: return "SNES2";
+        case ROM_GB: return "GB";
+    }
+    return nullptr;
+}
+
 extern "C" {
 
 long Trelvane_DecodeTiles(unsigned char* pixels, long width, long height, long address, const char* format) {

@@ -8,8 +8,6 @@
 
 namespace {
 
-constexpr char kMagic[] = "BPS1";
-
 // Runs the actions of a patch whose frame has been read. Without buffers it
 // only checks them against the sizes the header gives.
 class BpsActions {
@@ -124,7 +122,7 @@ private:
 DeltaResult ApplyBpsPatch(const unsigned char* patch, size_t size, const unsigned char* source, size_t sourceSize,
                           std::vector<unsigned char>& target) {
     DeltaFrame frame;
-    DeltaResult result = ReadDeltaFrame(patch, size, kMagic, frame);
+    DeltaResult result = ReadDeltaFrame(patch, size, BPS_MAGIC, frame);
     if (!result.ok()) return result;
     PatchCursor header(patch, frame.body, frame.footer);
     uint64_t metadataSize;

@@ -9,6 +9,8 @@
 
 #include "patches/delta_result.h"
 
+inline constexpr char BPS_MAGIC[] = "BPS1";
+
 enum BpsAction { BPS_SOURCE_READ = 0, BPS_TARGET_READ = 1, BPS_SOURCE_COPY = 2, BPS_TARGET_COPY = 3 };
 
 // Makes target from source. Everything is checked before target is filled:

@@ -1,6 +1,6 @@
 // Creating BPS patches and applying BPS and UPS patches, on files. A patch
-// is applied in memory and checked whole, the ROM's and the result's CRC-32
-// included, before the ROM file is replaced by the result.
+// is applied as every format is (patch_application.h), checked whole, the
+// ROM's and the result's CRC-32 included, before the ROM file is replaced.
 #include <cinttypes>
 #include <cstdio>
 #include <string>
@@ -8,10 +8,12 @@
 
 #include "patches/bps_apply.h"
 #include "patches/bps_create.h"
+#include "patches/delta_frame.h"
 #include "core/file_view.h"
 #include "core/last_error.h"
 #include "core/output_file.h"
-#include "patches/patch_inputs.h"
+#include "patches/patch_application.h"
+#include "patches/compared_files.h"
 #include "patches/ups_apply.h"
 #include "trelvane.h"
 
@@ -71,18 +73,23 @@ long ReportFault(const DeltaResult& result, const char* patchfile, const char* r
     return 1;
 }
 
-long ApplyDeltaFile(const char* patchfile, const char* romfile, DeltaApplier apply, const char* format) {
-    if (!patchfile) patchfile = "";
-    if (!romfile) romfile = "";
-    FileView patch, rom;
-    if (!patch.Open(patchfile, SameFile(patchfile, romfile))) return SetError(TLERR_FILE_NOREAD, patchfile, 0, 0);
-    if (!rom.Open(romfile, false)) return SetError(TLERR_FILE_NOREAD, romfile, 0, 0);
-    std::vector<unsigned char> result;
-    DeltaResult applied = apply(patch.data(), patch.size(), rom.data(), rom.size(), result);
-    if (!applied.ok()) return ReportFault(applied, patchfile, romfile, format);
-    if (!WriteOutputFile(romfile, result.data(), result.size())) return SetError(TLERR_FILE_NOWRITE, romfile, 0, 0);
-    return 1;
+template <const char* kMagic, const char* kFormatName>
+bool CheckDelta(const unsigned char* patch, size_t patchSize, const char* patchfile) {
+    DeltaFrame frame;
+    DeltaResult read = ReadDeltaFrame(patch, patchSize, kMagic, frame);
+    return read.ok() || ReportFault(read, patchfile, "", kFormatName);
 }
+
+template <const char* kFormatName, DeltaApplier kApply>
+bool ApplyDelta(const unsigned char* patch, size_t patchSize, const char* patchfile,
+                const std::vector<unsigned char>& rom, const char* romfile, std::vector<unsigned char>& result) {
+    DeltaResult applied = kApply(patch, patchSize, rom.data(), rom.size(), result);
+    return applied.ok() || ReportFault(applied, patchfile, romfile, kFormatName);
+}
+
+constexpr char kBpsName[] = "BPS file", kUpsName[] = "UPS file";
+constexpr PatchFormat kBps = {CheckDelta<BPS_MAGIC, kBpsName>, ApplyDelta<kBpsName, ApplyBpsPatch>};
+constexpr PatchFormat kUps = {CheckDelta<UPS_MAGIC, kUpsName>, ApplyDelta<kUpsName, ApplyUpsPatch>};
 
 }  // namespace
 
@@ -93,7 +100,7 @@ long Trelvane_CreateBPS(const char* bpsfile, const char* originalfile, const cha
     if (!originalfile) originalfile = "";
     if (!modifiedfile) modifiedfile = "";
     FileView original, modified;
-    if (!OpenPatchInputs(bpsfile, originalfile, modifiedfile, original, modified)) return 0;
+    if (!OpenComparedFiles(bpsfile, originalfile, modifiedfile, original, modified)) return 0;
     if (original.size() > DELTA_LARGEST_FILE) return ReportTooLarge(originalfile, original.size());
     if (modified.size() > DELTA_LARGEST_FILE) return ReportTooLarge(modifiedfile, modified.size());
     std::vector<unsigned char> patch;
@@ -102,11 +109,7 @@ long Trelvane_CreateBPS(const char* bpsfile, const char* originalfile, const cha
     return 1;
 }
 
-long Trelvane_ApplyBPS(const char* bpsfile, const char* romfile) {
-    return ApplyDeltaFile(bpsfile, romfile, ApplyBpsPatch, "BPS file");
-}
+long Trelvane_ApplyBPS(const char* bpsfile, const char* romfile) { return ApplyPatchFile(bpsfile, romfile, kBps); }
 
-long Trelvane_ApplyUPS(const char* upsfile, const char* romfile) {
-    return ApplyDeltaFile(upsfile, romfile, ApplyUpsPatch, "UPS file");
-}
+long Trelvane_ApplyUPS(const char* upsfile, const char* romfile) { return ApplyPatchFile(upsfile, romfile, kUps); }
 }

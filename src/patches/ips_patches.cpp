@@ -1,32 +1,45 @@
 // Creating and applying IPS patch files. Both work on files on disk: the
-// inputs of a new patch are mapped rather than copied; a patch is checked
-// whole before its target file is read, and applied to a copy in memory;
-// every file is written whole or not at all.
+// files a new patch is made from are mapped rather than copied; a patch is
+// applied as every format is (patch_application.h); every file is written
+// whole or not at all.
 #include <vector>
 
-#include "core/file_bytes.h"
 #include "core/file_view.h"
-#include "patches/ips_format.h"
 #include "core/last_error.h"
 #include "core/output_file.h"
-#include "core/rom_slots.h"
-#include "core/same_file.h"
-#include "patches/patch_inputs.h"
+#include "patches/ips_format.h"
+#include "patches/patch_application.h"
+#include "patches/compared_files.h"
 #include "trelvane.h"
 
 namespace {
 
-// Reads the file a patch is applied to: an existing regular file this
-// process may write, of at most the ROM image ceiling.
-bool ReadPatchTarget(const char* romfile, std::vector<unsigned char>& rom) {
-    if (!IsRewritableFile(romfile)) return SetError(TLERR_FILE_NOWRITE, romfile, 0, 0);
-    switch (ReadFileBytesUpTo(romfile, TRELVANE_ROM_MAX_SIZE, rom)) {
-        case FileRead::Read: return true;
-        case FileRead::TooLarge: return RefuseOversizedRom(romfile);
-        case FileRead::Failed: break;
+bool ReadCheckedRecords(const unsigned char* patch, size_t patchSize, const char* patchfile,
+                        std::vector<IpsRecord>& records) {
+    switch (ReadIpsRecords(patch, patchSize, records)) {
+        case IpsRead::NotIps: return SetError(TLERR_FILE_INVALID, patchfile, 0, 0, "IPS file");
+        case IpsRead::NoEof: return SetError(TLERR_IPS_NO_EOF, patchfile, 0, 0);
+        case IpsRead::Valid: break;
     }
-    return SetError(TLERR_FILE_NOWRITE, romfile, 0, 0);
+    return true;
 }
+
+bool CheckIps(const unsigned char* patch, size_t patchSize, const char* patchfile) {
+    std::vector<IpsRecord> records;
+    return ReadCheckedRecords(patch, patchSize, patchfile, records);
+}
+
+bool ApplyIps(const unsigned char* patch, size_t patchSize, const char* patchfile, const std::vector<unsigned char>& rom,
+              const char* /*romfile*/, std::vector<unsigned char>& result) {
+    std::vector<IpsRecord> records;
+    if (!ReadCheckedRecords(patch, patchSize, patchfile, records)) return false;
+    result = rom;
+    result.resize(static_cast<size_t>(IpsPatchedLength(records, rom.size())));
+    CopyIpsRecords(records, result.data());
+    return true;
+}
+
+constexpr PatchFormat kIps = {CheckIps, ApplyIps};
 
 }  // namespace
 
@@ -37,7 +50,7 @@ long Trelvane_CreateIPS(const char* ipsfile, const char* originalfile, const cha
     if (!originalfile) originalfile = "";
     if (!modifiedfile) modifiedfile = "";
     FileView original, modified;
-    if (!OpenPatchInputs(ipsfile, originalfile, modifiedfile, original, modified)) return 0;
+    if (!OpenComparedFiles(ipsfile, originalfile, modifiedfile, original, modified)) return 0;
     std::vector<unsigned char> patch;
     switch (BuildIpsPatch(original.data(), original.size(), modified.data(), modified.size(), patch)) {
         case IpsBuild::Identical: return SetError(TLERR_IPS_IDENTICAL, "unknown", 0, 0);
@@ -50,23 +63,6 @@ long Trelvane_CreateIPS(const char* ipsfile, const char* originalfile, const cha
 }
 
 long Trelvane_ApplyIPS(const char* ipsfile, const char* romfile) {
-    if (!ipsfile) ipsfile = "";
-    if (!romfile) romfile = "";
-    FileView patch;
-    if (!patch.Open(ipsfile, SameFile(ipsfile, romfile))) return SetError(TLERR_FILE_NOREAD, ipsfile, 0, 0);
-    std::vector<IpsRecord> records;
-    switch (ReadIpsRecords(patch.data(), patch.size(), records)) {
-        case IpsRead::NotIps: return SetError(TLERR_FILE_INVALID, ipsfile, 0, 0, "IPS file");
-        case IpsRead::NoEof: return SetError(TLERR_IPS_NO_EOF, ipsfile, 0, 0);
-        case IpsRead::Valid: break;
-    }
-    // Patched in memory and written whole: a failed write leaves the file as
-    // it was.
-    std::vector<unsigned char> rom;
-    if (!ReadPatchTarget(romfile, rom)) return 0;
-    rom.resize(static_cast<size_t>(IpsPatchedLength(records, rom.size())));
-    CopyIpsRecords(records, rom.data());
-    if (!WriteOutputFile(romfile, rom.data(), rom.size())) return SetError(TLERR_FILE_NOWRITE, romfile, 0, 0);
-    return 1;
+    return ApplyPatchFile(ipsfile, romfile, kIps);
 }
 }

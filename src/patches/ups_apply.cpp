@@ -7,8 +7,6 @@
 
 namespace {
 
-constexpr char kMagic[] = "UPS1";
-
 // XORs the hunks into target (bytes beyond its end are dropped); without a
 // target it only checks them.
 DeltaResult RunHunks(const unsigned char* patch, const DeltaFrame& frame, unsigned char* target, uint64_t targetSize) {
@@ -35,7 +33,7 @@ DeltaResult RunHunks(const unsigned char* patch, const DeltaFrame& frame, unsign
 DeltaResult ApplyUpsPatch(const unsigned char* patch, size_t size, const unsigned char* source, size_t sourceSize,
                           std::vector<unsigned char>& target) {
     DeltaFrame frame;
-    DeltaResult result = ReadDeltaFrame(patch, size, kMagic, frame);
+    DeltaResult result = ReadDeltaFrame(patch, size, UPS_MAGIC, frame);
     if (!result.ok()) return result;
     result = RunHunks(patch, frame, nullptr, 0);
     if (!result.ok()) return result;

@@ -9,6 +9,8 @@
 
 #include "patches/delta_result.h"
 
+inline constexpr char UPS_MAGIC[] = "UPS1";
+
 // Makes target from source in whichever direction the source's size and
 // CRC-32 fit. Checks, before target is filled: the magic, the patch's
 // CRC-32, the header, every hunk, then the source; the result's CRC-32 last.

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "core/blank.h"
 #include "core/hex_digit.h"
 #include "core/text_compare.h"
 
@@ -19,7 +20,7 @@ bool ReadHexByte(const char*& at, unsigned char& byte) {
 }
 
 const char* SkipSpaces(const char* at) {
-    while (*at == ' ' || *at == '\t') ++at;
+    while (IsBlank(*at)) ++at;
     return at;
 }
 
@@ -33,7 +34,7 @@ bool MatchParameterEntry(const Font& font, int entry, const char* at, EncoderMat
     int count = 0;
     if (font.flags[entry] & ENTRY_PARAM2) {
         if (!ReadHexByte(cursor, match.parameters[count++])) return false;
-        if (*cursor != ' ' && *cursor != '\t') return false;
+        if (!IsBlank(*cursor)) return false;
         cursor = SkipSpaces(cursor);
     }
     if (!ReadHexByte(cursor, match.parameters[count++])) return false;

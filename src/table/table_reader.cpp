@@ -1,6 +1,5 @@
 #include "table/table_reader.h"
 
-#include <cstdio>
 #include <cstring>
 #include <string>
 
@@ -132,12 +131,21 @@ private:
 
 }  // namespace
 
+namespace {
+
+std::string unopenedTable;
+
+}  // namespace
+
+const char* UnopenedTableFile() { return unopenedTable.empty() ? nullptr : unopenedTable.c_str(); }
+
 long ReadTableFile(const char* name) {
+    unopenedTable.clear();
     if (!NextFreeSlot(name)) return 0;
     SourceReader& reader = TableFileReader();
     if (!reader.Open(name, "txt")) {
-        std::printf("loadFile failed on '%s'\n", name);
-        return 0;
+        unopenedTable = name;
+        return SetError(TLERR_FILE_NOREAD, name, 0, 0);
     }
     TableFileLoader loader(reader, name, CurrentFontSet().fontCount);
     if (!loader.ReadStatements()) return 0;

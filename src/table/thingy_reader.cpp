@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "core/blank.h"
 #include "core/file_bytes.h"
 #include "core/hex_digit.h"
 #include "core/last_error.h"
@@ -46,7 +47,7 @@ private:
     int Column() const { return static_cast<int>(position_ - lineStart_ + 1); }
 
     void SkipBlanks() {
-        for (int c = Peek(); c == ' ' || c == '\t' || IsLineEnd(c); c = Peek()) Advance();
+        for (int c = Peek(); IsBlank(c) || IsLineEnd(c); c = Peek()) Advance();
     }
 
     void SkipRestOfLine() {

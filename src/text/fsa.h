@@ -23,7 +23,6 @@ inline constexpr int FSA_MAX_PATTERN_LENGTH = 255;  // the compiler works on a 2
 struct CharSet {
     std::array<uint8_t, 32> bits{};
 
-    bool Has(unsigned char c) const { return (bits[c >> 3] >> (c & 7)) & 1; }
     void Add(unsigned char c) { bits[c >> 3] = static_cast<uint8_t>(bits[c >> 3] | (1 << (c & 7))); }
     bool Empty() const;
     CharSet Intersection(const CharSet& other) const;
@@ -52,12 +51,9 @@ public:
 
     int StateCount() const { return static_cast<int>(accept_.size()); }
     int TransitionCount() const { return static_cast<int>(transitions_.size()); }
-    int StateCapacity() const { return stateCapacity_; }
-    int TransitionCapacity() const { return transitionCapacity_; }
     uint32_t Flags() const { return flags_; }
     // Kind accepted in state, or TOKEN_UNKNOWN when the state does not accept.
     int32_t Accept(int state) const { return accept_[static_cast<size_t>(state)]; }
-    const FsaTransition& Transition(int index) const { return transitions_[static_cast<size_t>(index)]; }
 
     // The state that c leads to from state, or -1: one lookup in the state's row.
     int Next(int state, unsigned char c) const;

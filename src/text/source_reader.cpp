@@ -7,14 +7,13 @@
 #include <filesystem>
 #include <new>
 
+#include "core/blank.h"
 #include "core/file_bytes.h"
 #include "core/hex_digit.h"
 #include "core/path_names.h"
 #include "core/system_path.h"
 
 namespace {
-
-bool IsSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
 // The name handed to the file system. Windows opens "script." as "script"; elsewhere the
 // trailing dot that an empty default extension leaves is dropped to find the same file.
@@ -78,7 +77,7 @@ char AdvanceIn(SourceFrame& frame) {
 }
 
 void SkipSpaceIn(SourceFrame& frame) {
-    while (IsSpace(CharAt(frame))) AdvanceIn(frame);
+    while (IsWhiteSpace(CharAt(frame))) AdvanceIn(frame);
 }
 
 // Makes the look-ahead match the zero byte that stopped a scan which accepted nothing: the
@@ -188,7 +187,6 @@ int32_t SourceReader::Match() {
 }
 
 int32_t SourceReader::NextToken() {
-    if (!Automaton()) std::fputs("Warning: no FSA\n", stdout);
     SourceFrame* frame = Top();
     if (!frame || !Automaton()) return TOKEN_END;
     if (options_ & READER_SKIP_SPACE) SkipSpaceIn(*frame);

@@ -94,7 +94,6 @@ public:
     int32_t TokenLine() const;
     int32_t TokenColumn() const;  // column of the token's first character
     int32_t TokenEndColumn() const;
-    uint32_t Options() const { return options_; }
     SourceFrame* Top() const { return frames_.empty() ? nullptr : frames_.back().get(); }
 
 private:

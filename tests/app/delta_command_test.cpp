@@ -63,7 +63,7 @@ TEST_F(DeltaCommandTest, ApplyRefusals) {
         {{"game.smc", "p", "fix.bps"}, "Wrong ROM: game.smc has CRC-32 9C7E5608, the patch expects 24C2316D.\n"},
         {{"game.smc", "p", "fix.ups"}, "fix.ups does not seem to be a valid UPS file.\n"},
         {{"game.smc", "p", "none.bps"}, "Error opening none.bps.\n"},
-        {{"gone.smc", "p", "fix.bps"}, "Error opening gone.smc.\n"},
+        {{"gone.smc", "p", "fix.bps"}, "Error opening gone.smc for writing.\n"},
         // Not a BPS name: read as a patch script, which first loads the image.
         {{"game.smc", "p", "dir.bps/fix"}, "game.smc does not seem to be a valid ROM image.\n"},
     };

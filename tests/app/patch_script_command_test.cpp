@@ -47,6 +47,14 @@ TEST_F(PatchScriptCommandTest, ErrorsArePrintedAndTheImageSaved) {
     EXPECT_EQ(Image(0x8000, 3), Bytes({0x01, 0x02, 0x00}));
 }
 
+TEST_F(PatchScriptCommandTest, MessagesWithBracketsAreShownAsTheyStand) {
+    WriteFile(dir / "brackets.asm", ".ADDRESS 8000h\nlda [12]\nsta [12+x]\n.BYTE 7\n");
+    EXPECT_EQ(Patch("brackets.asm"), (RunResult{0,
+                                                "brackets.asm:2,5:Invalid operand: [12]\n"
+                                                "brackets.asm:3,5:Invalid operand: [12+x]\n"}));
+    EXPECT_EQ(Image(0x8000, 2), Bytes({0x07, 0x00}));
+}
+
 TEST_F(PatchScriptCommandTest, TwentyErrorsAbortWithoutSaving) {
     std::string script = ".PATCH 100h: 55\n";
     for (int i = 0; i < 25; ++i) script += ".FOO\n";

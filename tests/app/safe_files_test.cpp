@@ -186,7 +186,8 @@ TEST_F(SafeFilesTest, AnImageAboveTheCeilingIsRefusedBeforeItIsRead) {
     fs::resize_file(dir / "big/huge.nes", 3ull << 30);  // sparse: takes no room
     const Case cases[] = {
         {{"big/huge.nes", "b", "0", "new.bmp"}, {255, "big/huge.nes is larger than 64 MiB.\n"}},
-        {{"big/huge.nes", "p", "fix.ips"}, {255, "big/huge.nes is larger than 64 MiB.\n"}},
+        // The file a patch is applied to may be larger, up to 1 GiB.
+        {{"big/huge.nes", "p", "fix.ips"}, {255, "big/huge.nes is larger than 1 GiB.\n"}},
         {{"big/huge.nes", "t", "s.txt"}, {255, "big/huge.nes is larger than 64 MiB.\n"}},
     };
     // Each run may take 2 s beyond one that reads nothing (the usage screen):

@@ -189,6 +189,24 @@ TEST_F(ScriptCommandsTest, MisreadInputsAreRefusedAndTheImageKept) {
     EXPECT_FALSE(FileExists(dir / "out.txt"));
 }
 
+// A table file that cannot be opened is named, then reported as the error
+// (no longer "No errors occurred."), by every command that reads one.
+TEST_F(ScriptCommandsTest, ATableThatCannotBeOpenedIsNamedThenReported) {
+    GameImage image(0x2000);
+    image.WriteNes(dir / "game.nes");
+    const std::string refusal = "loadFile failed on 'missing.tbx'\nError opening missing.tbx.\n";
+    ExpectRun({"d", "missing.tbx", "out.txt", "0h", "1"}, 255, refusal);
+    ExpectRun({"x", "missing.tbx", "out.txt", "10h", "2", "1", "1"}, 255, refusal);
+    ExpectRun({"l", "missing.tbx", "AB"}, 255, refusal);
+    EXPECT_EQ(RunTrelvane(dir.path(), {"missing.tbx", "c", "out.txt"}), (RunResult{255, refusal}));
+    WriteFile(dir / "s.txt", "load \"missing.tbx\"\ntextaddress 100h pointertable 10h pointersize 2\n[0000]\nAB\n"s);
+    ExpectRun({"t", "s.txt"}, 255, refusal);
+    EXPECT_FALSE(FileExists(dir / "out.txt"));
+    EXPECT_EQ(ReadFile(dir / "game.nes"), image.Nes());
+    // A thingy table that cannot be opened only gets the error.
+    ExpectRun({"d", "missing.tbl", "out.txt", "0h", "1"}, 255, "Error opening missing.tbl.\n");
+}
+
 TEST_F(ScriptCommandsTest, LocateCountsOnUntilOneSearchHasTenMatchesOrFindsNothing) {
     GameImage image(0x1000, true);
     for (size_t i = 0; i < 9; ++i) image.Put(0x100 + 0x10 * i, {'H', 'e', 'l', 'l', 'o'});

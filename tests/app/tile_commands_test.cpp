@@ -41,12 +41,13 @@ TEST_F(TileCommandsTest, DumpThenInsertRoundTripsCarriesEditsAndRefusesWithoutCh
     std::filesystem::create_directory(dir / "sheets");
     WriteFile(dir / "tiles.smc", rom);
     const std::pair<std::vector<std::string>, const char*> failures[] = {
-        {{"game.smc", "b", "0", "out.bmp", "SNES1"}, "Unknown format: SNES1\n"},
+        // The command line refuses exactly the formats the codecs do not know.
+        {{"game.smc", "b", "0", "out.bmp", "SNES1"}, "usage: trelvane <rom> b <address> <bmpfile> [format] \n"},
         {{"missing.smc", "b", "0", "out.bmp"}, "Error opening missing.smc.\n"},
         {{"game.smc", "b", "0", "no/out.bmp"}, "Error creating no/out.bmp.\n"},
         {{"game.smc", "f", "0", "sheets"}, "Error opening sheets.\n"},
         {{"game.smc", "f", "0", "tiles.smc"}, "tiles.smc does not seem to be a valid bitmap file.\n"},
-        {{"game.smc", "f", "0", "sheet.bmp", "NES1"}, "Unknown format: NES1\n"},  // argument 5 overrides ".smc"
+        {{"game.smc", "f", "0", "sheet.bmp", "NES1"}, "usage: trelvane <rom> f <address> <bmpfile> [format] \n"},
     };
     for (const auto& [args, output] : failures) {
         RunResult result = RunTrelvane(dir.path(), args);

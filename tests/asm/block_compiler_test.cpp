@@ -83,10 +83,11 @@ TEST(BlockCompilerTest, RefusedBlocksWriteNothing) {
     }
 }
 
-TEST(BlockCompilerTest, BlockLimitPrintsTheListing) {
+TEST(BlockCompilerTest, BlockLimitKeepsTheRefusedBytes) {
     testing::internal::CaptureStdout();
     const ScriptRun run = RunScript(".ADDRESS 8000h (4)\nnop nop nop nop nop\n.ADDRESS 9000h\nnop");
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "EA EA EA EA EA \n\n");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");  // the engine prints nothing
+    EXPECT_EQ(run.refusedBlocks, std::vector<Bytes>({Bytes(5, 0xEA)}));
     EXPECT_EQ(run.errors, Errors({"t.asm:3,10:Compiled code at 008000 exceeds maximum size (5/4)"}));
     EXPECT_EQ(run.At(0x8000, 1), Bytes({0}));
     EXPECT_EQ(run.At(0x9000, 1), Bytes({0xEA}));  // the next block is not affected

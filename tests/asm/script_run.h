@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "asm/patch_file.h"
+#include "asm/statement_kinds.h"
 #include "asm/statements.h"
 #include "trelvane.h"
 
@@ -17,6 +18,7 @@ struct ScriptRun {
     Bytes image;
     std::vector<std::string> errors;
     std::vector<int> kinds;  // the result of every statement, TOKEN_END last
+    std::vector<Bytes> refusedBlocks;  // the bytes of every block refused for its size
 
     // The image bytes at [position, position + count).
     Bytes At(int position, int count) const {
@@ -33,7 +35,8 @@ inline ScriptRun RunScript(const std::string& text, int romType = ROM_SNES, int 
     for (int i = 0; i < 20000; ++i) {
         const int kind = ParseStatement(patch);
         run.kinds.push_back(kind);
-        if (kind == 0) run.errors.push_back(patch.message);
+        if (kind == 0) run.errors.push_back(patch.error.Text());
+        if (kind == 0 && !patch.error.RefusedBlock().empty()) run.refusedBlocks.push_back(patch.error.RefusedBlock());
         if (kind == TOKEN_END) break;
     }
     return run;

@@ -32,8 +32,9 @@ private:
 TEST_F(MessagesTest, LastErrorFillsPlaceholders) {
     SetError(TLERR_EXPECTED, "menu.txt", 12, 7, "=", "#");
     EXPECT_STREQ(Trelvane_GetLastError(), "menu.txt:12,7:Expected '=', found '#'.");
-    SetError(TLERR_NESTED, "fix.txt:3,1:bad [data0]", 0, 0, "operand");  // the text rides in the file field
-    EXPECT_STREQ(Trelvane_GetLastError(), "fix.txt:3,1:bad operand");
+    // The nested text rides in the file field and is inserted as it stands, never read as a format.
+    SetError(TLERR_NESTED, "fix.txt:3,1:bad [data0] [12] [", 0, 0, "operand");
+    EXPECT_STREQ(Trelvane_GetLastError(), "fix.txt:3,1:bad [data0] [12] [");
     SetError(TLERR_NESTED, "", 0, 0);
     EXPECT_STREQ(Trelvane_GetLastError(), "Unknown error");
     EXPECT_STREQ(Trelvane_GetString(-999), "Unknown error");

@@ -52,4 +52,11 @@ TEST(PathNamesTest, ExtensionDotsAreTheFirstAndTheLastOfTheBaseName) {
     }
 }
 
+TEST(PathNamesTest, HasExtensionLooksBehindTheLastDotOfTheBaseNameInAnyCase) {
+    for (const char* yes : {"fix.ips", "FIX.IPS", "a.b/fix.Ips", "game.fr.ips", "dir.v2\\fix.ips"})
+        EXPECT_TRUE(HasExtension(yes, "ips")) << yes;
+    for (const char* no : {"fix.ipsx", "fix", "dir.ips/fix", "dir.ips\\fix", "fix.ips.txt", "ips", ""})
+        EXPECT_FALSE(HasExtension(no, "ips")) << no;
+}
+
 }  // namespace

@@ -54,6 +54,18 @@ TEST_F(TileCodecTest, EachFormatDecodesAndEncodesItsBitPlanes) {
     }
 }
 
+// The one list of formats, which the command line checks against too, and
+// the format each system's ROM type implies.
+TEST(TileFormatNamesTest, FiveNamesInAnyCaseAndOnePerSystem) {
+    for (const char* good : {"snes2", "Snes", "nes", "GB1", "gb"}) EXPECT_NE(FindTileFormat(good), nullptr) << good;
+    for (const char* bad : {"SNES1", "NES1", "SNES3", "", "GBC", "NES "}) EXPECT_EQ(FindTileFormat(bad), nullptr) << bad;
+    EXPECT_EQ(FindTileFormat(nullptr), nullptr);
+    EXPECT_STREQ(TileFormatForRomType(ROM_NES), "NES");
+    EXPECT_STREQ(TileFormatForRomType(ROM_SNES), "SNES2");
+    EXPECT_STREQ(TileFormatForRomType(ROM_GB), "GB");
+    EXPECT_EQ(TileFormatForRomType(0), nullptr);
+}
+
 TEST_F(TileCodecTest, RefusalsPartialTilesAndTilesBeyondTheImageTouchNothing) {
     Pixels pixels(20 * 12, 9), shifted(20 * 12, 9), tile(64);
     EXPECT_EQ(Trelvane_DecodeTiles(pixels.data(), 8, 8, 0, "NES"), 0);

@@ -107,7 +107,7 @@ TEST_F(DeltaFilesTest, ApplyRefusalsLeaveTheRomAlone) {
     EXPECT_EQ(std::string(Trelvane_GetLastError()), "Error opening " + Path("none.bps") + ".");
     WriteFile(patchPath, BpsPatch(rom, target, read4));
     EXPECT_EQ(Trelvane_ApplyBPS(patchPath.c_str(), Path("gone.smc").c_str()), 0);
-    EXPECT_EQ(std::string(Trelvane_GetLastError()), "Error opening " + Path("gone.smc") + ".");
+    EXPECT_EQ(std::string(Trelvane_GetLastError()), "Error opening " + Path("gone.smc") + " for writing.");
     EXPECT_FALSE(FileExists(Path("gone.smc")));
 }
 

@@ -4,8 +4,8 @@
 #include "core/file_view.h"
 #include "core/same_file.h"
 
-// Opens both inputs. One that is also the patch file is read whole, as
+// Opens both files. One that is also the patch file is read whole, as
 // writing the patch replaces it. False, with TLERR_FILE_NOREAD reported for
 // the first that cannot be read, otherwise.
-bool OpenPatchInputs(const char* patchfile, const char* originalfile, const char* modifiedfile, FileView& original,
-                     FileView& modified);
+bool OpenComparedFiles(const char* patchfile, const char* originalfile, const char* modifiedfile,
+                       FileView& original, FileView& modified);
