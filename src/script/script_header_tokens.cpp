@@ -2,6 +2,7 @@
 
 #include <cctype>
 
+#include "core/blank.h"
 #include "core/number_text.h"
 
 namespace {
@@ -23,7 +24,7 @@ void HeaderTokens::SkipBlanksAndComments() {
             ++at_;
             ++lineAt_;
             lineStartAt_ = at_;
-        } else if (c == ' ' || c == '\t' || c == '\r') {
+        } else if (IsWhiteSpace(c)) {
             ++at_;
         } else {
             return;

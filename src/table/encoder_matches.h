@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "table/font_set.h"
-#include "table/text_encoder.h"
+#include "table/encode_rules.h"
 
 struct EncoderMatch {
     int entry = -1;  // -1 while nothing matched

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "table/encode_rules.h"
+
 struct Font;
 struct EncoderMatch;
 
@@ -13,17 +15,6 @@ struct EncodedText {
     const unsigned char* bytes = nullptr;
     int32_t length = 0;
 };
-
-// The rules that differ between classic scripts and the scripts of the dump
-// verb. Classic: "[XY]" is the raw byte XY where no table text matches.
-// Literal: "<$XX>" is always the raw byte XX, ahead of any table text, "[" is
-// only text, and a line feed right behind a code that breaks the line (its
-// entry has ENTRY_NEWLINE) is that code's own line break, not another code.
-struct EncodeRules {
-    bool literal = false;
-};
-inline constexpr EncodeRules CLASSIC_ENCODING{false};
-inline constexpr EncodeRules LITERAL_ENCODING{true};
 
 // Encodes the zero-terminated text with the font of that ID and appends a
 // terminal code unless the text ends with one. Returns the bytes (followed by
