@@ -1,6 +1,7 @@
-// The 65816 instruction set as constant data: the addressing-mode table, the
-// 256-row opcode table and the mnemonic aliases, with the look-ups that pick
-// an opcode for a mnemonic and an operand.
+// The 65816 instruction set as constant data: every one of the 256 opcodes with
+// its mnemonic and addressing mode, the one encoder of instructions, and the
+// view of the literal patch language (its templates, the opcodes it reaches and
+// its mnemonic aliases) with the look-ups that pick an opcode for a template.
 #pragma once
 
 #include <cstdint>
@@ -47,3 +48,24 @@ int FindRegisterOpcode(const InstructionSet& set, int mnemonic, int mode);
 inline const AddressingMode& ModeOf(const InstructionSet& s, int opcode) {
     return ADDRESSING_MODES[s.opcodes[opcode].mode];
 }
+
+// The addressing modes of the 65816. ImmediateM/ImmediateX take 8 or 16 bits (the register
+// width); Signature is the one byte after brk, cop and wdm; BlockMove is mvn/mvp's two banks.
+enum class CpuMode : uint8_t {
+    Implied, Accumulator, ImmediateM, ImmediateX, Immediate8, Signature, Direct, DirectX, DirectY,
+    DirectIndirect, DirectXIndirect, DirectIndirectY, DirectLong, DirectLongY, Absolute, AbsoluteX,
+    AbsoluteY, AbsoluteIndirect, AbsoluteXIndirect, AbsoluteLongIndirect, Long, LongX, Stack,
+    StackIndirectY, Relative8, Relative16, BlockMove
+};
+
+struct CpuOpcode {
+    const char* mnemonic;  // lower case, three letters
+    CpuMode mode;
+};
+
+// The mnemonic and mode of opcode (0 to 255).
+const CpuOpcode& CpuOpcodeRow(int opcode);
+
+// Writes opcode and the low operandSize bytes of operand, little-endian, to out (at least
+// four bytes); returns the count written.
+int EncodeInstruction(int opcode, uint32_t operand, int operandSize, unsigned char* out);

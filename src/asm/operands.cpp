@@ -135,9 +135,10 @@ int32_t EmitInstruction(PatchFile& patch, int opcode, uint32_t value, int mnemon
             return ReportTooMany(patch.error, TABLE_CODE_ENTRIES, MAX_CODE_ENTRIES);
         return mnemonic;
     }
-    CodeEntry entries[5] = {static_cast<CodeEntry>(opcode)};
-    int count = 1;
-    for (int i = 0; i < mode.size && i < 4; ++i) entries[count++] = static_cast<CodeEntry>(value >> (8 * i) & 0xFF);
+    unsigned char bytes[4];
+    const int count = EncodeInstruction(opcode, value, mode.size, bytes);
+    CodeEntry entries[4];
+    for (int i = 0; i < count; ++i) entries[i] = bytes[i];
     if (!patch.block.Append(std::span<const CodeEntry>(entries, static_cast<size_t>(count))))
         return ReportTooMany(patch.error, TABLE_CODE_ENTRIES, MAX_CODE_ENTRIES);
     return mnemonic;

@@ -23,6 +23,10 @@ int SetError(int code, const char* file, int line, int column, const char* data0
 
 const LastErrorState& LastError() { return lastError; }
 
+int RefuseNullArgument(const char* function, const char* parameter) {
+    return SetError(TLERR_NULL_ARGUMENT, "", 0, 0, function, parameter);
+}
+
 extern "C" {
 
 int Trelvane_GetLastErrorCode(void) { return lastError.code; }

@@ -17,3 +17,7 @@ int SetError(int code, const char* file, int line, int column, const char* data0
              const char* data2 = "", const char* data3 = "");
 
 const LastErrorState& LastError();
+
+// Reports TLERR_NULL_ARGUMENT: function was handed a null pointer as
+// parameter. Returns 0.
+int RefuseNullArgument(const char* function, const char* parameter);

@@ -166,6 +166,7 @@ extern "C" {
 
 long Trelvane_WriteBMP(const char* file, const unsigned char* pixels, long width, long height) {
     if (!file) file = "";
+    if (!pixels) return RefuseNullArgument("Trelvane_WriteBMP", "pixels");
     if (!FitsFileFields(width, height)) return RefuseSize(width, height);
     const size_t count = static_cast<size_t>(width) * static_cast<size_t>(height);
     const unsigned largest = count ? *std::max_element(pixels, pixels + count) : 0;
@@ -180,6 +181,8 @@ long Trelvane_WriteBMP(const char* file, const unsigned char* pixels, long width
 
 long Trelvane_LoadBMP(const char* file, unsigned char* pixels, long* width, long* height) {
     if (!file) file = "";
+    if (!pixels || !width || !height)
+        return RefuseNullArgument("Trelvane_LoadBMP", !pixels ? "pixels" : !width ? "width" : "height");
     std::vector<unsigned char> bytes;
     if (!ReadFileBytes(file, bytes)) return SetError(TLERR_FILE_NOREAD, file, 0, 0);
     int64_t fileWidth = 0, fileHeight = 0;

@@ -92,6 +92,7 @@ const char* TileFormatForRomType(int32_t type) {
 extern "C" {
 
 long Trelvane_DecodeTiles(unsigned char* pixels, long width, long height, long address, const char* format) {
+    if (!pixels) return RefuseNullArgument("Trelvane_DecodeTiles", "pixels");
     const TileFormat* tileFormat = RequireTileFormat(format);
     if (!tileFormat || !RequireCurrentRom()) return 0;
     if (width > 0 && height > 0) std::memset(pixels, 0, static_cast<size_t>(width) * static_cast<size_t>(height));
@@ -102,6 +103,7 @@ long Trelvane_DecodeTiles(unsigned char* pixels, long width, long height, long a
 
 long Trelvane_EncodeTiles(const unsigned char* pixels, long width, long height, long address, long /*count*/,
                           const char* format) {
+    if (!pixels) return RefuseNullArgument("Trelvane_EncodeTiles", "pixels");
     const TileFormat* tileFormat = RequireTileFormat(format);
     if (!tileFormat || !RequireCurrentRom()) return 0;
     ForEachTileInImage(*tileFormat, pixels, width, height, address,

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/last_error.h"
 #include "core/little_endian.h"
 #include "core/rom_slots.h"
 #include "script/string_measure.h"
@@ -104,7 +105,11 @@ bool PointerEntryTarget(const PointerTable& table, int64_t entry, int64_t& targe
 extern "C" {
 
 long Trelvane_GetPointer(long id, PointerTable* table, long index) {
-    if (!table || index < 0 || !RequireCurrentRom()) return -1;
+    if (!table) {
+        RefuseNullArgument("Trelvane_GetPointer", "table");
+        return -1;
+    }
+    if (index < 0 || !RequireCurrentRom()) return -1;
     int32_t frequency = EffectiveFrequency(*table);
     int64_t address = 0;
     if (!PointerEntryTarget(*table, index / frequency, address)) return -1;
@@ -113,7 +118,11 @@ long Trelvane_GetPointer(long id, PointerTable* table, long index) {
 }
 
 void Trelvane_AdjustPointerTable(long id, PointerTable* table) {
-    if (!table || !RequireCurrentRom()) return;
+    if (!table) {
+        RefuseNullArgument("Trelvane_AdjustPointerTable", "table");
+        return;
+    }
+    if (!RequireCurrentRom()) return;
     int32_t frequency = EffectiveFrequency(*table);
     table->count = 0;
     int64_t entry = ExtendBackward(id, *table, frequency);

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "core/last_error.h"
 #include "core/rom_slots.h"
 #include "trelvane.h"
 
@@ -45,14 +46,16 @@ int32_t FindRelativeMatch(const unsigned char* pattern, int32_t length, int32_t 
     return -1;
 }
 
-// The iterator frame shared by the three searches. A match at offset 0 comes
-// back as 0, which callers take for the end; the cursor still moves past it.
-long NextMatch(SearchCursor& cursor, const char* pattern, long length, MatchFinder find) {
+// The iterator frame shared by the three searches (function names the one
+// called). A match at offset 0 comes back as 0, which callers take for the
+// end; the cursor still moves past it.
+long NextMatch(const char* function, SearchCursor& cursor, const char* pattern, long length, MatchFinder find) {
+    if (!pattern) return RefuseNullArgument(function, "pattern");
     if (pattern != cursor.pattern) {
         cursor.pattern = pattern;
         cursor.next = 0;
     }
-    if (!pattern || length <= 0 || length > INT32_MAX || cursor.next >= CurrentRom().size) return 0;
+    if (length <= 0 || length > INT32_MAX || cursor.next >= CurrentRom().size) return 0;
     int32_t found = find(reinterpret_cast<const unsigned char*>(pattern), static_cast<int32_t>(length), cursor.next);
     if (found < 0) {
         cursor.next = CurrentRom().size;
@@ -80,14 +83,14 @@ int32_t FindPlainMatch(const unsigned char* pattern, int32_t length, int32_t fro
 extern "C" {
 
 long Trelvane_Locate(const char* pattern, long length) {
-    return NextMatch(plainCursor, pattern, length, FindPlainMatch);
+    return NextMatch("Trelvane_Locate", plainCursor, pattern, length, FindPlainMatch);
 }
 
 long Trelvane_LocateWide(const char* pattern, long length) {
-    return NextMatch(wideCursor, pattern, length, FindWideMatch);
+    return NextMatch("Trelvane_LocateWide", wideCursor, pattern, length, FindWideMatch);
 }
 
 long Trelvane_LocateRelative(const char* pattern, long length) {
-    return NextMatch(relativeCursor, pattern, length, FindRelativeMatch);
+    return NextMatch("Trelvane_LocateRelative", relativeCursor, pattern, length, FindRelativeMatch);
 }
 }

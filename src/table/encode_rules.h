@@ -7,8 +7,12 @@
 // Literal: "<$XX>" is always the raw byte XX, ahead of any table text, "[" is
 // only text, and a line feed right behind a code that breaks the line (its
 // entry has ENTRY_NEWLINE) is that code's own line break, not another code.
+// Strings get a terminal code unless their text ends with one; text that is
+// not a string (data of a patch script) gets none.
 struct EncodeRules {
     bool literal = false;
+    bool appendTerminal = true;
 };
-inline constexpr EncodeRules CLASSIC_ENCODING{false};
-inline constexpr EncodeRules LITERAL_ENCODING{true};
+inline constexpr EncodeRules CLASSIC_ENCODING{false, true};
+inline constexpr EncodeRules LITERAL_ENCODING{true, true};
+inline constexpr EncodeRules UNTERMINATED_ENCODING{false, false};

@@ -29,7 +29,8 @@ EncodedText EncodeShortest(long fontId, const char* text, EncodeRules rules) {
     const Font* font = FindFont(fontId);
     if (!font) return {};
     const size_t length = std::strlen(text);
-    const int64_t terminalCost = font->index.terminalEntry < 0 ? kUnreachable
+    const int64_t terminalCost = !rules.appendTerminal ? 0
+                                 : font->index.terminalEntry < 0 ? kUnreachable
                                  : font->index.terminalEntry >= TWO_BYTE_FIRST_ENTRY ? 2 : 1;
     std::vector<Step> best(length + 1);
     best[length].cost = terminalCost;  // an empty text is its terminal code
@@ -52,5 +53,5 @@ EncodedText EncodeShortest(long fontId, const char* text, EncodeRules rules) {
         if (best[i].cost >= kUnreachable) return {};
         chosen.push_back(best[i].match);
     }
-    return EncodeMatches(*font, chosen);
+    return EncodeMatches(*font, chosen, rules);
 }

@@ -51,10 +51,10 @@ EncodedText EncodeText(long fontId, const char* text, EncodeRules rules) {
         matches.push_back(match);
         consumed += match.length + LineBreakOfCode(*font, text + consumed, match, rules);
     }
-    return EncodeMatches(*font, matches);
+    return EncodeMatches(*font, matches, rules);
 }
 
-EncodedText EncodeMatches(const Font& font, const std::vector<EncoderMatch>& matches) {
+EncodedText EncodeMatches(const Font& font, const std::vector<EncoderMatch>& matches, EncodeRules rules) {
     EncodeOutput out;
     int lastEntry = TWO_BYTE_FIRST_ENTRY;  // never has flags
     for (const EncoderMatch& match : matches) {
@@ -63,7 +63,7 @@ EncodedText EncodeMatches(const Font& font, const std::vector<EncoderMatch>& mat
             if (!out.Put(match.parameters[i])) return {};
         lastEntry = match.entry;
     }
-    if (!(font.flags[lastEntry] & ENTRY_TERMINAL)) {
+    if (rules.appendTerminal && !(font.flags[lastEntry] & ENTRY_TERMINAL)) {
         int terminal = font.index.terminalEntry;
         if (terminal < 0 || !out.PutCode(font, terminal)) return {};
     }
