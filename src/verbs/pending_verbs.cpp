@@ -17,4 +17,3 @@ Verb AddTableVerb(CLI::App& app) { return PendingVerb(app, "table"); }
 Verb AddTilesVerb(CLI::App& app) { return PendingVerb(app, "tiles"); }
 Verb AddDiffVerb(CLI::App& app) { return PendingVerb(app, "diff"); }
 Verb AddApplyVerb(CLI::App& app) { return PendingVerb(app, "apply"); }
-Verb AddAsmVerb(CLI::App& app) { return PendingVerb(app, "asm"); }
