@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstring>
+#include <map>
 #include <vector>
 
 #include "core/little_endian.h"
@@ -125,7 +126,8 @@ private:
         return resume;
     }
 
-    // Stores the address of this point of the block at the pointer's location, at once.
+    // Notes the address of this point of the block for the pointer's location; the pointers are
+    // written with the block, never without it.
     bool WritePointer(int i) {
         const int size = EntryLow(entries_[static_cast<size_t>(i)]);
         const uint32_t location = static_cast<uint32_t>(entries_[static_cast<size_t>(i) + 1]) |
@@ -134,7 +136,7 @@ private:
         const int32_t position = ImagePosition(location);
         if (!cpu_.Inside(position, bytes)) return Report(error_, MSG_OUTSIDE_IMAGE, location & 0xFFFFFF);
         const uint32_t value = static_cast<uint32_t>(place_.address) + static_cast<uint32_t>(output_.size());
-        WriteLittleEndian(cpu_.Memory() + position, value, bytes);
+        pointers_[i] = {position, value, bytes};
         return true;
     }
 
@@ -197,6 +199,8 @@ private:
         if (!cpu_.Inside(position, length))
             return Report(error_, MSG_BLOCK_OUTSIDE_IMAGE, place_.address & 0xFFFFFF, length);
         std::copy(output_.begin(), output_.end(), cpu_.Memory() + position);
+        for (const auto& [index, pointer] : pointers_)
+            WriteLittleEndian(cpu_.Memory() + pointer.position, pointer.value, pointer.bytes);
         return true;
     }
 
@@ -211,6 +215,12 @@ private:
     std::array<int32_t, MAX_CODE_ENTRIES> positions_{};  // output length at each branch when last encoded
     std::vector<int> shortBranches_;  // encoded 8-bit branches to labels, in entry order
     std::vector<unsigned char> output_;
+    struct PointerWrite {
+        int32_t position;
+        uint32_t value;
+        int bytes;
+    };
+    std::map<int, PointerWrite> pointers_;  // by entry index, as last encoded; in block order
     bool widened_ = false;
     static constexpr int16_t UNKNOWN_OPCODE = -2;
     std::array<std::array<int16_t, 4>, 256> labelOpcodes_;  // by mnemonic and operand size

@@ -55,6 +55,11 @@ public:
 
     std::span<const CodeEntry> Entries() const { return std::span(entries_.data(), static_cast<size_t>(count_)); }
     bool Empty() const { return count_ == 0; }
+    int Size() const { return count_; }
+    // Drops the entries from index count on (those a failed statement appended).
+    void Truncate(int count) {
+        if (count >= 0 && count < count_) count_ = count;
+    }
     // True when the block holds this exact entry (a label's definition marker).
     bool Holds(CodeEntry entry) const;  // raw location entries are not compared
     void Clear() { count_ = 0; }

@@ -158,13 +158,25 @@ int32_t BeginMacro(PatchFile& patch, std::string_view name) {
         return Report(patch.error, MSG_MACRO_IN_MACRO, macroName.c_str(), patch.macroName.c_str());
     if (macroName.size() > static_cast<size_t>(MAX_MACRO_NAME))
         return Report(patch.error, MSG_NAME_TOO_LONG, macroName.c_str(), MAX_MACRO_NAME);
-    const bool compiled = CompilePendingBlock(patch);
     patch.macroName = macroName;
     patch.definingMacro = true;
-    return compiled ? TOKEN_DOT_MACRO : 0;
+    patch.outerBlock = patch.block;
+    patch.outerLabels = patch.labels;
+    patch.block.Clear();
+    patch.labels.Reset();
+    return TOKEN_DOT_MACRO;
 }
 
 namespace {
+
+// The code around the definition goes on where it stopped.
+void ResumeOuterBlock(PatchFile& patch) {
+    patch.definingMacro = false;
+    patch.block = patch.outerBlock;
+    patch.labels = patch.outerLabels;
+    patch.outerBlock.Clear();
+    patch.outerLabels.Reset();
+}
 
 bool AddMacro(PatchFile& patch) {
     if (patch.macros.size() >= static_cast<size_t>(MAX_MACROS)) return ReportTooMany(patch.error, TABLE_MACROS, MAX_MACROS);
@@ -183,22 +195,33 @@ bool AddMacro(PatchFile& patch) {
 
 int32_t StoreMacro(PatchFile& patch) {
     if (!patch.definingMacro) return Report(patch.error, MSG_ENDM_WITHOUT_MACRO);
-    patch.definingMacro = false;
-    const bool added = AddMacro(patch);
-    patch.block.Clear();  // the body is stored, or dropped with the refused definition
-    patch.labels.Reset();
+    const bool added = AddMacro(patch);  // or the body is dropped with the refused definition
+    ResumeOuterBlock(patch);
     return added ? TOKEN_DOT_ENDM : 0;
+}
+
+bool AbandonMacro(PatchFile& patch) {
+    Report(patch.error, MSG_MACRO_NOT_ENDED, patch.macroName.c_str());
+    ResumeOuterBlock(patch);
+    return false;
 }
 
 int32_t ExpandMacro(PatchFile& patch, int index) {
     SourceReader& reader = patch.reader;
     const size_t nameEnd = static_cast<size_t>(reader.TokenEndColumn() - 1);
     SetMessagePrefix(patch.error, reader.FileName(), reader.TokenLine(), reader.TokenEndColumn());
-    const std::string line = reader.LineText();
+    reader.LineText();
+    const std::string line = reader.TokenString();  // zero bytes included
     reader.SkipLine();
     if (index < 0 || index >= static_cast<int>(patch.macros.size())) return AppendMessage(patch.error, MSG_UNKNOWN_COMMAND, "");
+    const size_t zero = line.find('\0', nameEnd);
+    if (zero < line.find(';', nameEnd))
+        return ReportAt(patch.error, reader.FileName(), reader.TokenLine(), static_cast<int>(zero) + 1, MSG_ZERO_BYTE);
     std::vector<std::string> parameters;
     if (!ParameterCutter(line, nameEnd).Cut(patch, parameters)) return 0;
-    return CopyBody(patch, *patch.macros[static_cast<size_t>(index)], CallName(line, std::min(nameEnd, line.size())),
-                    parameters);
+    const int start = patch.block.Size();
+    const int32_t result = CopyBody(patch, *patch.macros[static_cast<size_t>(index)],
+                                    CallName(line, std::min(nameEnd, line.size())), parameters);
+    if (result == 0) patch.block.Truncate(start);  // a call that fails appends nothing
+    return result;
 }

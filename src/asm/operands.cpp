@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <string>
 
+#include "asm/number_token.h"
 #include "asm/patch_file.h"
 #include "asm/patch_messages.h"
 #include "asm/statement_kinds.h"
@@ -157,6 +158,9 @@ int32_t AssembleInstruction(PatchFile& patch, int mnemonic) {
     if (kind == TOKEN_IDENTIFIER) return AssembleLabel(patch, m);
     if (kind == TOKEN_PARAMETER) return AssembleParameter(patch, m);
 
+    uint32_t number = 0;
+    if (IsNumberToken(kind) && !NumberTokenValue(patch.reader, number))
+        return Report(patch.error, MSG_TOO_WIDE, patch.reader.TokenText(), 32);
     const std::string token = patch.reader.TokenText();
     std::string suffix;
     for (int width = 2; width <= 8; width += 2) {

@@ -11,13 +11,13 @@ PatchFile::PatchFile(int32_t romType, unsigned char* data, int32_t size) : cpu(M
 
 bool PatchFile::Open(const char* name) {
     if (!reader.Open(name, "")) return false;
-    openFiles.assign(1, name);
+    files.Start(name);
     return true;
 }
 
 void PatchFile::OpenText(const char* name, const char* text) {
     reader.OpenText(name, text);
-    openFiles.assign(1, name);
+    files.Start(name);
 }
 
 bool CompilePendingBlock(PatchFile& patch) {

@@ -9,6 +9,7 @@
 
 #include "asm/block_compiler.h"
 #include "asm/code_block.h"
+#include "asm/included_files.h"
 #include "asm/cpu_description.h"
 #include "asm/label_table.h"
 #include "asm/macro_body.h"
@@ -30,13 +31,16 @@ struct PatchFile {
     std::vector<std::unique_ptr<MacroBody>> macros;
     LabelTable labels;
     std::unique_ptr<CpuDescription> cpu;
-    BlockPlace place;  // the address and limit of the last .ADDRESS
+    BlockPlace place;           // the address and limit of the last .ADDRESS
+    bool addressGiven = false;  // code has no place before the first .ADDRESS
 
-    // The macro under definition ("_" and its name), if any.
+    // The macro under definition ("_" and its name), if any. Its body collects in the block and
+    // labels above while the code around the definition waits in the outer ones.
     bool definingMacro = false;
     std::string macroName;
-    // The script files being read, outermost first (one per file frame of the reader).
-    std::vector<std::string> openFiles;
+    CodeBlock outerBlock;
+    LabelTable outerLabels;
+    IncludedFiles files;
 };
 
 // Compiles the pending block at the block's place (see CompileBlock).

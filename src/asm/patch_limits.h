@@ -15,3 +15,5 @@ inline constexpr int MAX_MACROS = 1000;
 inline constexpr int MAX_MACRO_NAME = 31;        // the leading "_" included
 inline constexpr int MAX_MACRO_PARAMETERS = 16;  // texts cut from one call's line
 inline constexpr int MAX_FILE_NAME = 127;        // a quoted .INCLUDE name
+inline constexpr int MAX_INCLUDE_DEPTH = 100;    // script files being read at once, the main one included
+inline constexpr int MAX_INCLUDES = 5000;        // .INCLUDE statements that open a file, in one patch file

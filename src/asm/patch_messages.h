@@ -35,6 +35,9 @@ inline constexpr const char* MSG_MACRO_NOT_ENDED = "Macro %s has no .ENDM.";
 inline constexpr const char* MSG_ALREADY_OPEN = "File %s is already being read.";
 inline constexpr const char* MSG_SCANNER_FULL = "No room left in the scanner for %s.";
 inline constexpr const char* MSG_NO_PATCH_FILE = "No patch file is open.";
+inline constexpr const char* MSG_NOT_HEX_PAIR = "Not a pair of hexadecimal digits: %s";
+inline constexpr const char* MSG_NO_ADDRESS = "Code needs an .ADDRESS before it.";
+inline constexpr const char* MSG_ZERO_BYTE = "A zero byte stands in the line.";
 
 // The table names of MSG_TOO_MANY.
 inline constexpr const char* TABLE_CODE_ENTRIES = "code entries in one block";
@@ -42,3 +45,5 @@ inline constexpr const char* TABLE_LABELS = "labels and branch targets in one bl
 inline constexpr const char* TABLE_SYMBOLS = "symbols";
 inline constexpr const char* TABLE_MACROS = "macros";
 inline constexpr const char* TABLE_PARAMETERS = "macro parameters";
+inline constexpr const char* TABLE_NESTED_INCLUDES = "nested includes";
+inline constexpr const char* TABLE_INCLUDES = "includes";

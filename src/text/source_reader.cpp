@@ -60,12 +60,10 @@ bool AtZeroByte(const SourceFrame& frame) { return CharAt(frame) == '\0' && !AtT
 
 // Consumes the current character of frame: see SourceReader::Advance.
 char AdvanceIn(SourceFrame& frame) {
-    char c = CharAt(frame);
-    while (c == '\r') {  // a carriage return takes the next character with it
-        ++frame.column;
-        c = CharAt(frame);
-    }
     if (AtTextEnd(frame)) return '\0';
+    char c = CharAt(frame);
+    if (c == '\r' && CurrentPosition(frame)[1] == '\n') ++frame.column;  // CR LF is one line end
+    if (c == '\r') c = '\n';                                             // and so is a lone CR
     if (c == '\n') {
         frame.lineStart = CurrentPosition(frame) + 1;
         frame.column = 1;
@@ -165,7 +163,7 @@ int32_t SourceReader::Match() {
     if (AtTextEnd(*frame)) return TOKEN_END;
     int state = 0;
     int32_t scanned = 0;
-    while (CharAt(*frame) != '\0') {  // no token takes in a zero byte
+    while (CharAt(*frame) != '\0' && CharAt(*frame) != '\r') {  // no token takes in a zero byte or a line end
         state = fsa->Next(state, static_cast<unsigned char>(CharAt(*frame)));
         if (state < 0) break;
         AdvanceIn(*frame);

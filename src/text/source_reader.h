@@ -66,8 +66,8 @@ public:
 
     // The character at the current position; zero at the end of the text or with no frame.
     char CurrentChar() const;
-    // Consumes the current character and returns it. A line feed starts the next line; a
-    // carriage return is skipped together with the character after it (CR LF is one line end).
+    // Consumes the current character and returns it. A line feed, a carriage return and the
+    // pair CR LF each end a line: the next line starts and a line feed comes back.
     // At the end of the text nothing moves and zero comes back; a zero byte before it is passed.
     char Advance();
     // Looks ahead without moving: records the longest accepted text at the current position

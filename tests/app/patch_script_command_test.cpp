@@ -71,8 +71,8 @@ TEST_F(PatchScriptCommandTest, IncludesToAnyDepth) {
     WriteFile(dir / "one.asm", ".BYTE 1\n.INCLUDE \"two\"\n");
     WriteFile(dir / "two", "$v 10h\nstore .MACRO\nsta ?0\n.ENDM\n_store v\n");
     EXPECT_EQ(Patch("main.asm"), (RunResult{0, "main.asm:3,10:Error opening: gone.asm\n"}));
-    // The macro definition compiled the 01 before it; the code after it is placed at 8000h again.
-    EXPECT_EQ(Image(0x8000, 5), Bytes({0x85, 0x10, 0x03, 0x04, 0x00}));
+    // The code after the macro definition goes on behind the 01 before it.
+    EXPECT_EQ(Image(0x8000, 6), Bytes({0x01, 0x85, 0x10, 0x03, 0x04, 0x00}));
 }
 
 TEST_F(PatchScriptCommandTest, IncludeCyclesAreRefused) {

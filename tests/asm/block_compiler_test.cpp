@@ -131,30 +131,34 @@ TEST(BlockCompilerTest, WritesStayInsideTheImage) {
     }
 }
 
-TEST(BlockCompilerTest, EmptyBlocksAndMacroDefinitionsCompile) {
+TEST(BlockCompilerTest, CodeAroundAMacroDefinitionIsOneBlock) {
     const ScriptRun run = RunScript(".ADDRESS 8000h\n.ADDRESS 9000h\nnop\nmac .MACRO\nnop\n.ENDM\n.BYTE 5");
     EXPECT_EQ(run.errors, Errors{});
-    // The code after the definition is compiled at the same address again.
-    EXPECT_EQ(run.At(0x9000, 2), Bytes({0x05, 0x00}));
+    // The code after the definition goes on behind the code before it.
+    EXPECT_EQ(run.At(0x9000, 3), Bytes({0xEA, 0x05, 0x00}));
     EXPECT_EQ(run.At(0x8000, 1), Bytes({0x00}));
+    const ScriptRun labels = RunScript(".ADDRESS 818000h\nlda 1\nsta [10h]\nm2 .MACRO\nnop\n.ENDM\nrtl\n"
+                                       "loop: bra out\nm3 .MACRO\n.ENDM\nout: bra loop");
+    EXPECT_EQ(labels.errors, Errors{});
+    EXPECT_EQ(labels.At(0x18000, 11), Bytes({0xA9, 0x01, 0x00, 0x85, 0x10, 0x6B, 0x80, 0x00, 0x80, 0xFC, 0x00}));
 }
 
 TEST(BlockCompilerTest, TableLimits) {
     std::string labels;
     for (int i = 0; i < 128; ++i) labels.append("l").append(std::to_string(i)).append(": ");
-    EXPECT_EQ(RunScript(labels + "extra: nop").errors,
-              Errors({"t.asm:1,664:Too many labels and branch targets in one block (at most 128)."}));
-    EXPECT_EQ(RunScript(Repeat("bne 10h ", 128) + "bne 10h").errors,
-              Errors({"t.asm:1,1029:Too many labels and branch targets in one block (at most 128).",
-                      "t.asm:1,1032:bne  not implemented."}));  // the branches before it are far from 10h
+    EXPECT_EQ(RunScript(".ADDRESS 8000h\n" + labels + "extra: nop").errors,
+              Errors({"t.asm:2,664:Too many labels and branch targets in one block (at most 128)."}));
+    EXPECT_EQ(RunScript(".ADDRESS 8000h\n" + Repeat("bne 10h ", 128) + "bne 10h").errors,
+              Errors({"t.asm:2,1029:Too many labels and branch targets in one block (at most 128).",
+                      "t.asm:2,1032:bne  not implemented."}));  // the branches before it are far from 10h
     const ScriptRun full = RunScript(std::string(".ADDRESS 8000h\n.BYTE 1") + Repeat(",1", 4095) + "\nnop\n.BYTE 2");
     EXPECT_EQ(full.errors, Errors({"t.asm:3,1:Too many code entries in one block (at most 4096).",
                                    "t.asm:4,7:Too many code entries in one block (at most 4096)."}));
     EXPECT_EQ(full.At(0x8000 + 4095, 2), Bytes({1, 0}));
-    EXPECT_EQ(RunScript(Repeat("x", 32) + ": nop").errors,
-              Errors({"t.asm:1,33:Name xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx is longer than 31 characters."}));
-    EXPECT_EQ(RunScript(std::string("bra ") + Repeat("y", 32)).errors,
-              Errors({"t.asm:1,5:Name yyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyy is longer than 31 characters."}));
+    EXPECT_EQ(RunScript(".ADDRESS 8000h " + Repeat("x", 32) + ": nop").errors,
+              Errors({"t.asm:1,48:Name xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx is longer than 31 characters."}));
+    EXPECT_EQ(RunScript(".ADDRESS 8000h " + std::string("bra ") + Repeat("y", 32)).errors,
+              Errors({"t.asm:1,20:Name yyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyy is longer than 31 characters."}));
 }
 
 }  // namespace

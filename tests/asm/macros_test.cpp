@@ -72,10 +72,11 @@ TEST(MacrosTest, FailedCalls) {
         const ScriptRun run = RunWithMacros(std::string(c.calls) + "\n.BYTE 1\n");
         EXPECT_EQ(run.errors, c.errors) << c.calls;
     }
-    // The entries copied before a missing parameter stay; the next line is read as usual.
+    // A call that fails appends nothing, not even the entries before the missing parameter; the
+    // next line is read as usual.
     const ScriptRun run = RunWithMacros("two .MACRO\nnop\nsta ?1\n.ENDM\n_two [10h]\n.BYTE 7");
     EXPECT_EQ(run.errors, Errors({"t.asm:32,5:Not enough parameters to macro _two."}));
-    EXPECT_EQ(run.At(0x8000, 3), Bytes({0xEA, 0x07, 0x00}));
+    EXPECT_EQ(run.At(0x8000, 2), Bytes({0x07, 0x00}));
 }
 
 TEST(MacrosTest, NamesAndTables) {

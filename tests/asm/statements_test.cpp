@@ -16,7 +16,7 @@ TEST(StatementsTest, KindsOfEachStatement) {
         {"; only a comment\n\n", {TOKEN_END}},
         {".BYTE 1 .WORD 2", {STATEMENT_DATA, STATEMENT_DATA, TOKEN_END}},
         {"here: nop", {STATEMENT_LABEL, 48, TOKEN_END}},
-        {"blt 10h cpa 5", {4, 22, TOKEN_END}},  // aliases report the canonical mnemonic
+        {"blt 8010h cpa 5", {4, 22, TOKEN_END}},  // aliases report the canonical mnemonic
         {"bra there\nthere:", {STATEMENT_LABEL, STATEMENT_LABEL, TOKEN_END}},
         {"mac .MACRO lda ?0 .ENDM _mac 5", {TOKEN_DOT_MACRO, TOKEN_UNDERSCORE_NAME, TOKEN_DOT_ENDM, TOKEN_UNDERSCORE_NAME,
                                         TOKEN_END}},
@@ -25,7 +25,11 @@ TEST(StatementsTest, KindsOfEachStatement) {
         {"$v 10h k .EQL 5", {TOKEN_VARIABLE, TOKEN_VARIABLE, TOKEN_END}},
         {".ASSUME dbr: 7E0000h .BYTE 1", {STATEMENT_DATA, TOKEN_END}},  // .ASSUME runs on to the next
     };
-    for (const auto& c : cases) EXPECT_EQ(RunScript(c.text).kinds, c.kinds) << c.text;
+    for (const auto& c : cases) {
+        std::vector<int> kinds = c.kinds;
+        kinds.insert(kinds.begin(), TOKEN_DOT_ADDRESS);
+        EXPECT_EQ(RunScript(std::string(".ADDRESS 8000h\n") + c.text).kinds, kinds) << c.text;
+    }
 }
 
 TEST(StatementsTest, FailureMessages) {
@@ -38,7 +42,7 @@ TEST(StatementsTest, FailureMessages) {
         {"foo .EQL 1000000h", {"t.asm:1,10:1000000h does not fit into 24 bits."}},
         {"foo .EQL 5\nfoo .EQL 6", {"t.asm:2,1:Variable foo already defined.", "t.asm:2,5:Unknown command: .EQL",
                                     "t.asm:2,10:Unknown command: 6"}},
-        {"loop: loop:", {"t.asm:1,11:Label loop already defined."}},
+        {".ADDRESS 0h loop: loop:", {"t.asm:1,23:Label loop already defined."}},
         {"foo bar", {"t.asm:1,5:Expected .MACRO, found: bar"}},
         {".CHARSET", {"t.asm:1,1:Unknown command: .CHARSET"}},
         {".string", {"t.asm:1,1:Unknown command: .string"}},
@@ -100,11 +104,15 @@ TEST(StatementsTest, PatchWritesStraightIntoTheImage) {
         {".PATCH 8000h: A9008D", 0x8000, {0xA9, 0x00, 0x8D, 0x00}, {}},
         {".PATCH C08000h: EA", 0x8000, {0xEA}, {}},  // the address keeps its low 22 bits
         {".PATCH 10: 1 2", 10, {0, 0}, {"t.asm:1,11:mismatched hex pair"}},
-        {".PATCH 10: 12 3", 10, {0x12, 0}, {"t.asm:1,11:mismatched hex pair"}},
-        {".PATCH 10: 41 42 ; note\n.BYTE 1", 10, {0x41, 0x42, 0}, {}},
+        {".PATCH 10: 41 42 ; note\n.PATCH 12: 43", 10, {0x41, 0x42, 0x43, 0}, {}},
         {".PATCH 10: 4;", 10, {0}, {"t.asm:1,11:mismatched hex pair"}},
-        {".PATCH 10: zz", 10, {0}, {}},  // a character that is no digit counts as 0
-        {".PATCH 1FFFFh: 01 02 03", 0x1FFFF, {0x01}, {"t.asm:1,15:Address 020000 lies outside the image"}},
+        // A statement that fails writes none of its bytes.
+        {".PATCH 10: 12 3", 10, {0, 0}, {"t.asm:1,11:mismatched hex pair"}},
+        {".PATCH 10: zz", 10, {0}, {"t.asm:1,12:Not a pair of hexadecimal digits: zz"}},
+        {".PATCH 808000h: 2G OO 1,", 0x8000, {0, 0, 0}, {"t.asm:1,17:Not a pair of hexadecimal digits: 2G"}},
+        {".PATCH 10: 41 4\x01", 10, {0, 0}, {"t.asm:1,15:Not a pair of hexadecimal digits: 4\x01"}},
+        {".PATCH 1FFFFh: 01 02 03", 0x1FFFF, {0x00}, {"t.asm:1,15:Address 020000 lies outside the image"}},
+        {".PATCH 3FFFFFh: 01 02", 0, {0x00}, {"t.asm:1,16:Address 3FFFFF lies outside the image"}},
         {".PATCH 10: 4\n.PATCH 20: 55", 20, {0x55}, {"t.asm:1,11:mismatched hex pair"}},
     };
     for (const auto& c : cases) {

@@ -71,11 +71,12 @@ TEST_F(ReaderTest, AdvanceAndSkipLineCountLinesAndColumns) {
     EXPECT_EQ(Position(), "1:1:a");
     std::string read;
     for (int i = 0; i < 8; ++i) read += reader.Advance();
-    EXPECT_EQ(read, "ab\ncd\nxy");  // CR LF is one line end; a lone CR goes with the character after it
-    EXPECT_EQ(Position(), "3:4:\r");
+    EXPECT_EQ(read, "ab\ncd\nx\n");  // CR LF is one line end, and so is a lone CR
+    EXPECT_EQ(Position(), "4:1:y");
+    EXPECT_EQ(reader.Advance(), 'y');
+    EXPECT_EQ(reader.Advance(), '\n');
     EXPECT_EQ(reader.Advance(), '\0');
-    EXPECT_EQ(reader.Advance(), '\0');
-    EXPECT_EQ(Position(), std::string("3:5:") + '\0');
+    EXPECT_EQ(Position(), std::string("5:1:") + '\0');
 
     reader.OpenText("t", "ab cd\r\nnext\n");
     reader.NextToken();
