@@ -37,6 +37,7 @@ enum TrelvaneMessage {
     TLERR_FILE_TOOLARGE = -107,
     TLERR_FILE_SAME = -108,
     TLERR_NULL_ARGUMENT = -109,
+    TLERR_NUMBER_BAD = -120,
     TLERR_ID_BAD = -200,
     TLERR_FORMAT_BAD = -201,
     TLERR_EXPECTED = -250,
@@ -140,6 +141,43 @@ TRELVANE_API long Trelvane_LoadROM(const char* path);
 TRELVANE_API long Trelvane_SaveROM(const char* path);
 TRELVANE_API void Trelvane_FreeROM(long handle);
 TRELVANE_API long Trelvane_UseROM(long handle);
+
+/* Image information. Trelvane_GetImageInfo reads a ROM image file (by its
+ * extension: .nes, .smc, .sfc, .swc, .fig, .gb, .gbc) and fills info: the
+ * header assumed in front of the image, what the cartridge's own header says
+ * and the digests of the image without the copier or iNES header. Fields of
+ * the other systems are zero. */
+struct tagImageInfo {
+    int type;                 /* ROM_NES, ROM_SNES or ROM_GB */
+    long long fileSize;       /* bytes in the file */
+    int headerLength;         /* bytes before the image: copier header, iNES header and trainer */
+    char title[24];           /* Super NES and Game Boy: the internal title, zero-terminated */
+    /* Super NES: the internal header (hasInternalHeader 0 when none was found) */
+    int hasInternalHeader;
+    char mapping[8];          /* "LoROM", "HiROM", "ExHiROM" or "SA-1" */
+    unsigned int checksum, complement, computedChecksum;
+    /* NES */
+    int nes2;                 /* 1 for NES 2.0, 0 for iNES */
+    int mapper;
+    long long prgSize, chrSize;
+    int trainer;
+    /* Game Boy */
+    int cartridgeType;
+    long long romSize;        /* bytes the header's size code stands for */
+    unsigned int headerChecksum, computedHeaderChecksum;
+    unsigned int globalChecksum, computedGlobalChecksum;
+    /* the image without its header */
+    unsigned long crc32;
+    char md5[33];             /* lower-case hexadecimal */
+    char sha1[41];
+};
+typedef struct tagImageInfo TrelvaneImageInfo;
+TRELVANE_API long Trelvane_GetImageInfo(const char* path, TrelvaneImageInfo* info);
+
+/* Numbers as the verbs read them: decimal (10976), 0x2AE0, $2AE0 and 2AE0h,
+ * letters in either case, an optional leading "-". Returns 1 and stores the
+ * value, or 0 (TLERR_NUMBER_BAD) for any other text. */
+TRELVANE_API long Trelvane_ParseNumber(const char* text, long long* value);
 
 /* IPS patches */
 TRELVANE_API long Trelvane_CreateIPS(const char* ipsfile, const char* originalfile, const char* modifiedfile);

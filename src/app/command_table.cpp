@@ -4,7 +4,7 @@
 #include <iterator>
 
 #include "app/sequence_support.h"
-#include "core/hex_digit.h"
+#include "core/number_text.h"
 #include "gfx/tile_codec.h"
 #include "trelvane.h"
 
@@ -106,9 +106,16 @@ int FontIdOf(const char* commandArgument) {
 }
 
 bool IsNumberArgument(const char* text) {
-    while (IsHexDigit(*text)) ++text;
-    if (*text == 'h' || *text == 'H') ++text;
-    return *text == '\0';
+    int64_t value = 0;
+    return *text == '\0' || (*text != '-' && ReadNumberText(text, value));
+}
+
+const char* RefusedNumberArgument(const CommandEntry& command, int argc, char** argv) {
+    for (int k = 0; k < MAX_COMMAND_PARAMETERS && command.parameters[k] != PARAM_NONE; ++k)
+        if (kParameterRules[command.parameters[k]].check == Check::Number && argc >= k + 4 &&
+            !IsNumberArgument(argv[k + 3]))
+            return argv[k + 3];
+    return nullptr;
 }
 
 bool IsFileNameArgument(const char* text) {

@@ -65,8 +65,13 @@ bool ParametersPass(const CommandEntry& command, int argc, char** argv);
 // The font ID a command argument selects through its second character.
 int FontIdOf(const char* commandArgument);
 
-// The argument checks: a number is hexadecimal digits with at most one
-// trailing "h" or "H"; a file name holds only the characters allowed in
+// The first argument given for a number parameter that is not a number, or
+// null.
+const char* RefusedNumberArgument(const CommandEntry& command, int argc, char** argv);
+
+// The argument checks: a number is empty (read as 0) or a number as
+// core/number_text.h reads them without a sign, so "2AE0" and "12AB" are
+// refused where they used to read as 2 and 12; a file name holds only the characters allowed in
 // one. A tile format is a name the tile codecs know (FindTileFormat).
 bool IsNumberArgument(const char* text);
 bool IsFileNameArgument(const char* text);

@@ -17,6 +17,7 @@ int RunCommandLine(int argc, char** argv) {
     }
     if (!ParametersPass(*command, argc, argv)) {
         PrintShortUsage(*command);
+        PrintRefusedNumber(RefusedNumberArgument(*command, argc, argv));
         return -1;
     }
     const CommandLine line{argc, argv, FontIdOf(argv[2])};

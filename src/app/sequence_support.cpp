@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "core/number_text.h"
 #include "core/path_names.h"
 #include "table/table_reader.h"
 #include "trelvane.h"
@@ -22,10 +23,9 @@ int FreeImageAndFail() {
 void PrintMessageLine(int id) { std::printf("%s\n", Trelvane_GetString(id)); }
 
 int64_t ParseNumberArgument(const char* text) {
-    size_t length = std::strlen(text);
-    if (length > 0 && (text[length - 1] == 'h' || text[length - 1] == 'H'))
-        return static_cast<int64_t>(std::strtoull(text, nullptr, 16));
-    return std::strtoll(text, nullptr, 10);
+    int64_t value = 0;
+    ReadNumberText(text, value);
+    return value;
 }
 
 std::string IpsNameForRom(const char* rom) {

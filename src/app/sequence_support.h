@@ -16,8 +16,7 @@ int FreeImageAndFail();
 // Prints catalogue message id followed by a line feed.
 void PrintMessageLine(int id);
 
-// A number argument: hexadecimal digits with a trailing "h" or "H" read as
-// hexadecimal, anything else as a decimal number up to its first non-digit.
+// A number argument that passed IsNumberArgument: its value, 0 for an empty one.
 int64_t ParseNumberArgument(const char* text);
 
 // The patch name the i command derives from the ROM's: its extension

@@ -50,3 +50,9 @@ void PrintShortUsage(const CommandEntry& command) {
     std::printf("\n");
     if (std::strchr(command.name, '#')) std::printf("%s\n", Trelvane_GetString(TLMSG_USAGE_FONT_ID));
 }
+
+void PrintRefusedNumber(const char* argument) {
+    if (!argument) return;
+    Trelvane_SetStringData(0, argument);
+    std::printf("%s\n", Trelvane_GetString(TLERR_NUMBER_BAD));
+}

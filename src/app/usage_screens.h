@@ -6,3 +6,6 @@
 
 void PrintFullUsage();
 void PrintShortUsage(const CommandEntry& command);
+
+// The line that names an argument refused as a number (nothing for null).
+void PrintRefusedNumber(const char* argument);

@@ -23,6 +23,7 @@ constexpr CatalogueEntry kCatalogue[] = {
     {TLERR_FILE_TOOLARGE, "TLERR_FILE_TOOLARGE", "[file] is larger than [data0]."},
     {TLERR_FILE_SAME, "TLERR_FILE_SAME", "Output [file] is the same file as input [data0]."},
     {TLERR_NULL_ARGUMENT, "TLERR_NULL_ARGUMENT", "[data0]: [data1] is a null pointer."},
+    {TLERR_NUMBER_BAD, "TLERR_NUMBER_BAD", "'[data0]' is not a number: write 10976, 0x2AE0, $2AE0 or 2AE0h."},
     {TLERR_ID_BAD, "TLERR_ID_BAD", "Invalid [data0] ID: [data1]"},
     {TLERR_FORMAT_BAD, "TLERR_FORMAT_BAD", "Unknown format: [data0]"},
     {TLERR_EXPECTED, "TLERR_EXPECTED", "[file]:[line],[column]:Expected '[data0]', found '[data1]'."},

@@ -3,6 +3,8 @@
 #include <cstring>
 
 #include "core/hex_digit.h"
+#include "core/last_error.h"
+#include "trelvane.h"
 
 namespace {
 
@@ -37,4 +39,12 @@ bool ReadNumberText(const char* text, int64_t& value) {
     if (!ReadUnsigned(negative ? text + 1 : text, value)) return false;
     if (negative) value = -value;
     return true;
+}
+
+extern "C" long Trelvane_ParseNumber(const char* text, long long* value) {
+    int64_t number = 0;
+    if (!text) return RefuseNullArgument("Trelvane_ParseNumber", "text");
+    if (!ReadNumberText(text, number)) return SetError(TLERR_NUMBER_BAD, "", 0, 0, text);
+    if (value) *value = number;
+    return 1;
 }

@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "core/file_bytes.h"
+#include "core/game_boy_header.h"
 #include "core/last_error.h"
 #include "core/output_file.h"
-#include "core/path_names.h"
 #include "core/rom_formats.h"
 #include "trelvane.h"
 
@@ -43,14 +43,11 @@ void MakeCurrent(long handle) {
 
 bool HoldsImage(long handle) { return handle >= 1 && handle <= slotsInUse && slots[handle - 1].loaded; }
 
-// The Game Boy cartridge's global checksum: the 16-bit sum of every byte but
-// the checksum's own two, stored high byte first at 0x14E.
+// The Game Boy cartridge's global checksum, stored high byte first at 0x14E.
 void CorrectGameBoyChecksum() {
     constexpr int32_t kChecksumAt = 0x14E;
     if (CurrentRom().size < kChecksumAt + 2) return;  // no cartridge header to correct
-    uint32_t sum = 0;
-    for (int32_t i = 0; i < CurrentRom().size; ++i) sum += CurrentRom().data[i];
-    sum -= CurrentRom().data[kChecksumAt] + CurrentRom().data[kChecksumAt + 1];
+    const uint16_t sum = GameBoyGlobalChecksum(CurrentRom().data, static_cast<size_t>(CurrentRom().size));
     CurrentRom().data[kChecksumAt] = static_cast<unsigned char>(sum >> 8);
     CurrentRom().data[kChecksumAt + 1] = static_cast<unsigned char>(sum);
 }
@@ -103,16 +100,14 @@ long Trelvane_LoadROM(const char* path) {
     if (!path) path = "";
     if (slotsInUse == 0)
         for (RomSlot& slot : slots) slot = RomSlot();
-    const char* dot = FirstDotOfBaseName(path);
-    if (!dot) return SetError(TLERR_FILE_NOEXT, path, 0, 0);
-    const RomFormat* format = FindRomFormat(dot + 1);
-    if (!format) return SetError(TLERR_FILE_BADEXT, path, 0, 0, dot);
+    const RomFormat* format = RomFormatOfPath(path);
+    if (!format) return 0;
     long handle = 0;
     for (int k = 0; k < MAX_ROMS && !handle; ++k)
         if (!slots[k].loaded) handle = k + 1;
     if (!handle) return SetError(TLERR_FILE_TOOMANY, path, 0, 0, "ROMs");
     RomSlot& slot = slots[handle - 1];
-    slot.headerLength = format->headerLength;
+    slot.headerLength = format->defaultHeaderLength;
     slot.type = format->type;
     std::vector<unsigned char> bytes;
     switch (ReadFileBytesUpTo(path, TRELVANE_ROM_MAX_SIZE, bytes)) {
@@ -120,9 +115,10 @@ long Trelvane_LoadROM(const char* path) {
         case FileRead::TooLarge: return RefuseOversizedRom(path);
         case FileRead::Failed: return SetError(TLERR_FILE_NOREAD, path, 0, 0);
     }
-    if (bytes.size() < static_cast<size_t>(format->headerLength) || bytes.size() - format->headerLength > INT32_MAX)
+    slot.headerLength = RomHeaderLength(*format, bytes.data(), bytes.size());
+    if (bytes.size() < static_cast<size_t>(slot.headerLength) || bytes.size() - slot.headerLength > INT32_MAX)
         return SetError(TLERR_FILE_INVALID, path, 0, 0, "ROM image");
-    bytes.erase(bytes.begin(), bytes.begin() + format->headerLength);
+    bytes.erase(bytes.begin(), bytes.begin() + slot.headerLength);
     slot.data = std::move(bytes);
     slot.loaded = true;
     slot.load = ++loadCount;

@@ -20,23 +20,49 @@ bool ExpectedHere(const SourceReader& reader, const std::string& expected) {
                     reader.TokenText());
 }
 
-enum class NumberToken { Missing, TooLarge, Read };
+enum class NumberToken { Missing, TooLarge, RunsOn, Read };
 
-// The current token as a number; numbers are 32-bit and never wrap.
-NumberToken NumberOf(const SourceReader& reader, int32_t& value) {
+bool IsLetterOrDigit(char c) { return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
+
+// The current token as a number; numbers are 32-bit and never wrap. A number
+// followed directly by letters ("2AE0", which reads as 2 and "AE0") is no
+// number: runOn then holds the whole of it.
+// True when the decimal token holds letters: the lexicon's decimal numbers
+// take the hexadecimal digits a number with an h would have ("2AE0").
+bool DecimalWithLetters(const SourceReader& reader) {
+    if (reader.TokenKind() != HEADER_TOKEN_DECIMAL) return false;
+    for (const char* c = reader.TokenText(); *c; ++c)
+        if (*c < '0' || *c > '9') return true;
+    return false;
+}
+
+NumberToken NumberOf(SourceReader& reader, int32_t& value, std::string& runOn) {
     uint32_t number = 0;
     if (!IsNumber(reader.TokenKind())) return NumberToken::Missing;
+    if (DecimalWithLetters(reader) || IsLetterOrDigit(reader.CurrentChar())) {
+        runOn = reader.TokenText();
+        while (IsLetterOrDigit(reader.CurrentChar())) runOn += reader.Advance();
+        return NumberToken::RunsOn;
+    }
     if (!ExactNumber(reader.TokenText(), reader.TokenKind() == HEADER_TOKEN_HEX, number)) return NumberToken::TooLarge;
     value = static_cast<int32_t>(number);
     return NumberToken::Read;
 }
 
+// Reports a number that runs on into letters.
+bool RunOnNumber(const SourceReader& reader, const char* expected, const std::string& runOn) {
+    return SetError(TLERR_EXPECTED, reader.FileName(), reader.TokenLine(), reader.TokenColumn(), expected,
+                    runOn.c_str());
+}
+
 // Reads the next token as a number into value.
 bool ReadNumber(SourceReader& reader, const char* expected, int32_t& value) {
     reader.NextToken();
-    switch (NumberOf(reader, value)) {
+    std::string runOn;
+    switch (NumberOf(reader, value, runOn)) {
         case NumberToken::Missing: return ExpectedHere(reader, expected);
         case NumberToken::TooLarge: return ExpectedHere(reader, std::string("32-bit ") + expected);
+        case NumberToken::RunsOn: return RunOnNumber(reader, expected, runOn);
         case NumberToken::Read: break;
     }
     return true;
@@ -45,9 +71,11 @@ bool ReadNumber(SourceReader& reader, const char* expected, int32_t& value) {
 // Reads a number that must lie between lowest and highest.
 bool ReadNumberWithin(SourceReader& reader, int32_t lowest, int32_t highest, const char* range, int32_t& value) {
     int32_t number = 0;
+    std::string runOn;
     reader.NextToken();
-    const NumberToken read = NumberOf(reader, number);
+    const NumberToken read = NumberOf(reader, number, runOn);
     if (read == NumberToken::Missing) return ExpectedHere(reader, "number");
+    if (read == NumberToken::RunsOn) return RunOnNumber(reader, "number", runOn);
     if (read == NumberToken::TooLarge || number < lowest || number > highest) return ExpectedHere(reader, range);
     value = number;
     return true;

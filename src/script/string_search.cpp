@@ -19,6 +19,27 @@ SearchCursor plainCursor, wideCursor, relativeCursor;
 
 using MatchFinder = int32_t (*)(const unsigned char* pattern, int32_t length, int32_t from);
 
+// The iterator frame shared by the three searches (function names the one
+// called). A match at offset 0 comes back as 0, which callers take for the
+// end; the cursor still moves past it.
+long NextMatch(const char* function, SearchCursor& cursor, const char* pattern, long length, MatchFinder find) {
+    if (!pattern) return RefuseNullArgument(function, "pattern");
+    if (pattern != cursor.pattern) {
+        cursor.pattern = pattern;
+        cursor.next = 0;
+    }
+    if (length <= 0 || length > INT32_MAX || cursor.next >= CurrentRom().size) return 0;
+    int32_t found = find(reinterpret_cast<const unsigned char*>(pattern), static_cast<int32_t>(length), cursor.next);
+    if (found < 0) {
+        cursor.next = CurrentRom().size;
+        return 0;
+    }
+    cursor.next = found + 1;
+    return found;
+}
+
+}  // namespace
+
 int32_t FindWideMatch(const unsigned char* pattern, int32_t length, int32_t from) {
     if (length < 2) return -1;
     const unsigned char* image = CurrentRom().data;
@@ -45,27 +66,6 @@ int32_t FindRelativeMatch(const unsigned char* pattern, int32_t length, int32_t 
     }
     return -1;
 }
-
-// The iterator frame shared by the three searches (function names the one
-// called). A match at offset 0 comes back as 0, which callers take for the
-// end; the cursor still moves past it.
-long NextMatch(const char* function, SearchCursor& cursor, const char* pattern, long length, MatchFinder find) {
-    if (!pattern) return RefuseNullArgument(function, "pattern");
-    if (pattern != cursor.pattern) {
-        cursor.pattern = pattern;
-        cursor.next = 0;
-    }
-    if (length <= 0 || length > INT32_MAX || cursor.next >= CurrentRom().size) return 0;
-    int32_t found = find(reinterpret_cast<const unsigned char*>(pattern), static_cast<int32_t>(length), cursor.next);
-    if (found < 0) {
-        cursor.next = CurrentRom().size;
-        return 0;
-    }
-    cursor.next = found + 1;
-    return found;
-}
-
-}  // namespace
 
 int32_t FindPlainMatch(const unsigned char* pattern, int32_t length, int32_t from) {
     if (length <= 0 || from < 0 || length > CurrentRom().size) return -1;

@@ -11,9 +11,6 @@ Verb PendingVerb(CLI::App& app, const char* name) {
 
 }  // namespace
 
-Verb AddInfoVerb(CLI::App& app) { return PendingVerb(app, "info"); }
-Verb AddFindVerb(CLI::App& app) { return PendingVerb(app, "find"); }
-Verb AddTableVerb(CLI::App& app) { return PendingVerb(app, "table"); }
 Verb AddTilesVerb(CLI::App& app) { return PendingVerb(app, "tiles"); }
 Verb AddDiffVerb(CLI::App& app) { return PendingVerb(app, "diff"); }
 Verb AddApplyVerb(CLI::App& app) { return PendingVerb(app, "apply"); }

@@ -49,7 +49,11 @@ TEST_F(CommandLineTest, ShortUsageScreens) {
         {{"g.smc", "dump", "a.tbl", "out.txt"}, dump},
         {{"g.smc", "x", "a.tbl", "o.txt", "1", "2"}, "x# <fontfile> <dumpfile> <address> <size> <frequency> [count] "},
         {{"g.smc", "L", "a.tbl"}, "l# <fontfile> \"<string>\" "},
-        {{"g.smc", "b", "12G", "out.bmp"}, "b " + tiles},
+        {{"g.smc", "b", "12G", "out.bmp"}, "b " + tiles + "\n'12G' is not a number: write 10976, 0x2AE0, $2AE0 or 2AE0h."},
+        {{"g.smc", "b", "2AE0", "out.bmp"}, "b " + tiles + "\n'2AE0' is not a number: write 10976, 0x2AE0, $2AE0 or 2AE0h."},
+        {{"g.smc", "x", "a.tbl", "o.txt", "8000h", "2", "12AB"},
+         "x# <fontfile> <dumpfile> <address> <size> <frequency> [count] \n"
+         "'12AB' is not a number: write 10976, 0x2AE0, $2AE0 or 2AE0h."},
         {{"g.smc", "f", "1FH", "out.bmp", "SNES3"}, "f " + tiles},
         {{"thingy.tbl", "c", "my table.tbl"}, "c <fontfile> "},
         {{"new.smc", "i"}, "i <originalrom> [ipsfile] "},
@@ -57,7 +61,11 @@ TEST_F(CommandLineTest, ShortUsageScreens) {
         {{"g.smc", "t"}, "t# <textfile> "},
     };
     for (const auto& [args, line] : cases) {
-        const std::string usage = "usage: trelvane <rom> " + line + "\n" + (line[1] == '#' ? kFontIdLine : "");
+        // A refused number is named on a line of its own, after the font ID line.
+        const size_t named = line.find('\n');
+        const std::string usage = "usage: trelvane <rom> " + line.substr(0, named) + "\n" +
+                                  (line[1] == '#' ? kFontIdLine : "") +
+                                  (named == std::string::npos ? "" : line.substr(named + 1) + "\n");
         EXPECT_EQ(RunTrelvane(dir.path(), args), (RunResult{255, usage}));
     }
     EXPECT_TRUE(std::filesystem::is_empty(dir.path()));
@@ -77,10 +85,12 @@ TEST_F(CommandLineTest, MessageFileRewordsTheUsageScreens) {
 }
 
 TEST(ArgumentChecks, NumbersFileNamesFormatsAndFontIds) {
-    for (const char* good : {"", "0", "1FH", "1fh", "abcdef0123456789", "h"})
-        EXPECT_TRUE(IsNumberArgument(good)) << good;
-    for (const char* bad : {"12G", "1hh", "h1", "-1", "0x10", " 1", "1 "}) EXPECT_FALSE(IsNumberArgument(bad)) << bad;
-    for (auto [text, value] : {std::pair{"1FH", 0x1F}, {"1F", 1}, {"", 0}, {"h", 0}, {"8000h", 0x8000}, {"250", 250}})
+    for (const char* good : {"", "0", "1FH", "1fh", "0x10", "$10", "250"}) EXPECT_TRUE(IsNumberArgument(good)) << good;
+    // A number followed directly by letters used to read as its leading digits (2AE0 as 2).
+    for (const char* bad : {"12G", "1hh", "h1", "-1", " 1", "1 ", "2AE0", "12AB", "1F", "abcdef0123456789", "h"})
+        EXPECT_FALSE(IsNumberArgument(bad)) << bad;
+    for (auto [text, value] :
+         {std::pair{"1FH", 0x1F}, {"", 0}, {"8000h", 0x8000}, {"250", 250}, {"0x10", 16}, {"$2AE0", 0x2AE0}})
         EXPECT_EQ(ParseNumberArgument(text), value) << text;
 
     EXPECT_TRUE(IsFileNameArgument("Az09[\\]^_`-./&'()+!?#"));

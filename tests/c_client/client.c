@@ -20,6 +20,7 @@ const Exported trelvane_exported[] = {
     (Exported)Trelvane_AdjustPointerTable, (Exported)Trelvane_Locate,         (Exported)Trelvane_LocateWide,
     (Exported)Trelvane_LocateRelative,   (Exported)Trelvane_InsertFromFile,   (Exported)Trelvane_DecodeTiles,
     (Exported)Trelvane_EncodeTiles,      (Exported)Trelvane_WriteBMP,         (Exported)Trelvane_LoadBMP,
+    (Exported)Trelvane_GetImageInfo,     (Exported)Trelvane_ParseNumber,
 };
 
 static int failures = 0;
@@ -78,6 +79,21 @@ int main(void) {
     check(Trelvane_ApplyUPS("client.bps", "client-old.gb") == 0, "a BPS patch is no UPS patch");
     check(Trelvane_GetLastErrorCode() == TLERR_FILE_INVALID, "the failure is TLERR_FILE_INVALID");
     remove("client.bps");
+    /* Image information: "abcd" has no Game Boy header, but its digests. */
+    {
+        TrelvaneImageInfo info;
+        long long number = 0;
+        write_text("client-info.gb", "abcd");
+        check(Trelvane_GetImageInfo("client-info.gb", &info) == 1, "describing an image");
+        remove("client-info.gb");
+        check(info.type == ROM_GB && info.fileSize == 4 && info.headerLength == 0, "its system and header");
+        check(info.crc32 == 0xED82CD11UL && strcmp(info.md5, "e2fc714c4727ee9395f324cd2e7f331f") == 0 &&
+                  strcmp(info.sha1, "81fe8bfe87576c3ecb22426f8e57847382917acf") == 0,
+              "its digests");
+        check(Trelvane_ParseNumber("$2AE0", &number) == 1 && number == 0x2AE0, "reading $2AE0");
+        check(Trelvane_ParseNumber("2AE0", &number) == 0 && Trelvane_GetLastErrorCode() == TLERR_NUMBER_BAD,
+              "refusing 2AE0");
+    }
     remove("client-old.gb");
     remove("client-new.gb");
     remove("client.ips");

@@ -49,7 +49,7 @@ TEST_F(RomSlotsTest, LoadDropsTheHeaderFixedByTheExtension) {
 TEST_F(RomSlotsTest, LoadRefusals) {
     WriteFile(dir / "short.smc", Sequence(100));
     const std::tuple<std::string, int, std::string> cases[] = {
-        {"game.sfc", TLERR_FILE_BADEXT, ".sfc"},
+        {"game.bin", TLERR_FILE_BADEXT, ".bin"},
         {"game.fr.smc", TLERR_FILE_BADEXT, ".fr.smc"},
         {"dir.v2/game", TLERR_FILE_NOEXT, ""},
         {"missing.gb", TLERR_FILE_NOREAD, ""},

@@ -78,6 +78,12 @@ TEST_F(ScriptInserterTest, RefusalsWriteNothing) {
         {"textaddress 100h (4294967296)", "s.txt:2,19:Expected '32-bit number', found '4294967296'."},
         {"firstpointer 100000000h", "s.txt:2,14:Expected '32-bit number', found '100000000h'."},
         {"pointertable 123456789h", "s.txt:2,14:Expected '32-bit address', found '123456789h'."},
+        // A number followed directly by letters is refused whole, not read as its digits.
+        {"textaddress 2AE0\n[0000]\nHi", "s.txt:2,13:Expected 'number', found '2AE0'."},
+        {"textaddress 1000h (12AB)", "s.txt:2,20:Expected 'number', found '12AB'."},
+        {"pointertable 10hx", "s.txt:2,14:Expected 'address', found '10hx'."},
+        {"pointersize 2q", "s.txt:2,13:Expected 'number', found '2q'."},
+        {"firstpointer 8000z", "s.txt:2,14:Expected 'number', found '8000z'."},
         // A zero byte is refused where it lies, not taken for the end of the file or line.
         {"textaddress 1000h\n[0000]\nHel\0lo\n"s, "s.txt:4,4:Unable to encode: \\0"},
         {"textaddress 1000h\n[0000]\nHi\n\0"s, "s.txt:5,1:Unable to encode: \\0"},

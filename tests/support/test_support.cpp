@@ -55,15 +55,20 @@ std::string ReadText(const std::string& path) {
 }
 
 namespace {
-// Runs the words of command line with args in folder dir, capturing standard output.
+// Runs the words of command line with args in folder dir, capturing standard
+// output; standard error goes to the file errors (nowhere when empty).
 RunResult RunCommand(const std::filesystem::path& dir, const std::vector<std::string>& line,
-                     const std::vector<std::string>& args) {
+                     const std::vector<std::string>& args, const std::string& errors = "") {
     std::string command = "cd";
     AppendShellWord(command, dir.string());
     command += " &&";
     for (const std::string& word : line) AppendShellWord(command, word);
     for (const std::string& arg : args) AppendShellWord(command, arg);
-    command += " 2>/dev/null";
+    command += " 2>";
+    if (errors.empty())
+        command += "/dev/null";
+    else
+        AppendShellWord(command, errors);
     RunResult result{-1, ""};
     std::FILE* pipe = popen(command.c_str(), "r");
     if (!pipe) return result;
@@ -102,14 +107,30 @@ const std::filesystem::path& TrelvaneExecutable() {
 
 bool TestingWindowsBuild() { return TrelvaneExecutable().extension() == ".exe"; }
 
-RunResult RunTrelvaneAt(const std::filesystem::path& exe, const std::filesystem::path& dir,
-                        const std::vector<std::string>& args) {
+namespace {
+RunResult RunTrelvaneWith(const std::filesystem::path& exe, const std::filesystem::path& dir,
+                          const std::vector<std::string>& args, const std::string& errors) {
     std::vector<std::string> line;
     if (*Environment("TRELVANE_TEST_RUNNER")) line.push_back(Environment("TRELVANE_TEST_RUNNER"));
     line.push_back(std::filesystem::absolute(exe).string());
-    RunResult result = RunCommand(dir, line, args);
+    RunResult result = RunCommand(dir, line, args, errors);
     if (TestingWindowsBuild()) result.output = WithoutConsoleLineEnds(result.output);
     return result;
+}
+}  // namespace
+
+RunResult RunTrelvaneAt(const std::filesystem::path& exe, const std::filesystem::path& dir,
+                        const std::vector<std::string>& args) {
+    return RunTrelvaneWith(exe, dir, args, "");
+}
+
+VerbResult RunVerb(const std::filesystem::path& dir, const std::vector<std::string>& args) {
+    TempDir errorsDir;
+    const std::string errors = errorsDir / "stderr.txt";
+    const RunResult run = RunTrelvaneWith(TrelvaneExecutable(), dir, args, errors);
+    std::string text = ReadText(errors);
+    if (TestingWindowsBuild()) text = WithoutConsoleLineEnds(text);
+    return VerbResult{run.status, run.output, text};
 }
 
 std::filesystem::path InstallTrelvane(const std::filesystem::path& folder) {

@@ -67,6 +67,20 @@ inline RunResult RunTrelvane(const std::filesystem::path& dir, const std::vector
     return RunTrelvaneAt(TrelvaneExecutable(), dir, args);
 }
 
+struct VerbResult {
+    int status;          // exit status as the shell sees it (0 to 255)
+    std::string output;  // standard output
+    std::string errors;  // standard error
+    bool operator==(const VerbResult&) const = default;
+    friend void PrintTo(const VerbResult& run, std::ostream* out) {
+        *out << run.status << " \"" << run.output << "\" \"" << run.errors << '"';
+    }
+};
+
+// Runs the trelvane executable under test with args in folder dir, keeping
+// standard error apart: for the verbs, which print their errors there.
+VerbResult RunVerb(const std::filesystem::path& dir, const std::vector<std::string>& args);
+
 // Copies the executable under test, with the library it loads from its own
 // folder on Windows, into folder; returns the copy's path.
 std::filesystem::path InstallTrelvane(const std::filesystem::path& folder);
