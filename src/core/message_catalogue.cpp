@@ -35,6 +35,7 @@ constexpr CatalogueEntry kCatalogue[] = {
     {TLERR_NESTED, "TLERR_NESTED", nullptr},
     {TLERR_NO_TERMINALS, "TLERR_NO_TERMINALS", "[file] contains no terminal codes."},
     {TLERR_TABLE_OR_COUNT, "TLERR_TABLE_OR_COUNT", "Cannot dump script without pointer table unless count specified."},
+    {TLERR_PATCH_IMAGE_GONE, "TLERR_PATCH_IMAGE_GONE", "The ROM image of the open patch file was freed or replaced."},
     {TLERR_ASM_SOURCE, "TLERR_ASM_SOURCE", "[file]:[line]:[column]: [data0]"},
     {TLERR_IPS_IDENTICAL, "TLERR_IPS_IDENTICAL", "Files identical. IPS not created."},
     {TLERR_IPS_NO_EOF, "TLERR_IPS_NO_EOF", "EOF not found at block marker in [file]."},
