@@ -11,7 +11,6 @@ Verb PendingVerb(CLI::App& app, const char* name) {
 
 }  // namespace
 
-Verb AddTilesVerb(CLI::App& app) { return PendingVerb(app, "tiles"); }
 Verb AddDiffVerb(CLI::App& app) { return PendingVerb(app, "diff"); }
 Verb AddApplyVerb(CLI::App& app) { return PendingVerb(app, "apply"); }
 Verb AddDumpVerb(CLI::App& app) { return PendingVerb(app, "dump"); }
