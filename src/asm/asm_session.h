@@ -15,6 +15,7 @@
 #include "asm/join_text.h"
 #include "asm/source_defines.h"
 #include "asm/source_labels.h"
+#include "asm/source_lines.h"
 #include "asm/source_macros.h"
 #include "core/snes_mapping.h"
 
@@ -49,8 +50,10 @@ struct AsmSession {
     uint8_t padByte = 0;
     long tableFont = 0;  // 0: strings and characters are ASCII
 
-    // Kept from pass to pass: the files read (by path) and the tables loaded (path to font ID).
+    // Kept from pass to pass: the files read (by path), the lines of the sources among them and
+    // the tables loaded (path to font ID).
     std::unordered_map<std::string, std::vector<unsigned char>> files;
+    std::unordered_map<std::string, std::vector<SourceLine>> sourceLines;
     std::unordered_map<std::string, long> tables;
 
     LabelBook labels;

@@ -35,7 +35,6 @@ bool AssembleSource(AsmSession& session, const std::string& path) {
     for (int pass = 1; pass <= MAX_PASSES; ++pass) {
         StartPass(session, original, pass);
         AssembleSourceFile(session, path);
-        CloseSourcePass(session);
         session.labels.FinishPass();
         if (session.labels.Settled() || (pass >= 3 && !session.errors.empty())) break;
         if (pass == MAX_PASSES) session.Error("the labels do not settle: their widths change from pass to pass");

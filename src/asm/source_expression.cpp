@@ -4,6 +4,7 @@
 
 #include "asm/asm_session.h"
 #include "core/hex_digit.h"
+#include "table/text_encoder.h"
 
 namespace {
 
@@ -120,10 +121,14 @@ private:
     }
 
     bool Decimal(ExpressionValue& value) {
+        const size_t start = at_;
         uint64_t number = 0;
         while (at_ < text_.size() && IsNameCharacter(text_[at_])) {
             const char d = text_[at_];
-            if (d < '0' || d > '9') return Fail(JoinText({"'", text_.substr(at_), "' is not a number (write $ for hexadecimal)"}));
+            if (d < '0' || d > '9') {
+                at_ = start;
+                return Fail(JoinText({"'", text_.substr(start), "' is not a number (write $ for hexadecimal)"}));
+            }
             if (number >> 40) return Fail("number is too large");
             number = number * 10 + static_cast<unsigned>(d - '0');
             ++at_;
@@ -165,7 +170,7 @@ bool AnonymousReference(const AsmSession& session, std::string_view text, Expres
                         ExpressionError& error) {
     const bool plus = text[0] == '+';
     const std::optional<uint32_t> found = session.labels.FindAnonymous(static_cast<int>(text.size()), plus);
-    if (!found && session.finalPass) {
+    if (!found && (session.finalPass || !plus)) {
         error = {JoinText({"no ", text, " label ", plus ? "follows" : "precedes", " this line"}), 0};
         return false;
     }
@@ -177,8 +182,9 @@ bool AnonymousReference(const AsmSession& session, std::string_view text, Expres
 }  // namespace
 
 int64_t CharacterCode(const AsmSession& session, char c) {
-    (void)session;
-    return static_cast<unsigned char>(c);
+    const char text[2] = {c, 0};
+    const EncodedText encoded = session.tableFont ? EncodeText(session.tableFont, text, false) : EncodedText{};
+    return encoded.length == 1 ? encoded.bytes[0] : static_cast<unsigned char>(c);
 }
 
 bool EvaluateExpression(const AsmSession& session, std::string_view text, ExpressionValue& value,

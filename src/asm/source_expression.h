@@ -31,5 +31,6 @@ struct ExpressionError {
 bool EvaluateExpression(const AsmSession& session, std::string_view text, ExpressionValue& value,
                         ExpressionError& error);
 
-// The value of a character literal's character: the current table's code, else ASCII.
+// The value of a character literal's character: its one-byte code in the current table, else
+// its ASCII code.
 int64_t CharacterCode(const AsmSession& session, char c);

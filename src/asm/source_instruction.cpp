@@ -147,6 +147,10 @@ struct Instruction {
         }
         if (opcode < 0 && shape.form == OperandForm::LongIndirect && mnemonic == "jmp" && wanted <= 2)
             return Instruction{session, "jml", *OpcodesOf("jml"), forcedWidth, operand}.Address(shape);
+        if (opcode < 0 && !forcedWidth && wanted > 1 && modes[0] && OpcodeFor(opcodes, *modes[0]) >= 0)
+            return Refuse(JoinText({shape.expression, " does not fit the ", FormName(shape.form, 1), " operand of ",
+                                    mnemonic}),
+                          1);
         if (opcode < 0)
             return Refuse(JoinText({mnemonic, " has no ", FormName(shape.form, wanted), " form"}), wanted);
         if (!evaluated) return Skip(width);

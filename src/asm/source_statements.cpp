@@ -211,17 +211,18 @@ private:
 bool AssembleSourceFile(AsmSession& session, const std::string& name) {
     const SourcePlace outer = session.place;
     const std::string path = ResolveSourcePath(session, name);
-    const std::vector<unsigned char>* bytes = LoadSourceFileBytes(session, name);
-    if (!bytes) return false;
+    auto lines = session.sourceLines.find(path);
+    if (lines == session.sourceLines.end()) {
+        const std::vector<unsigned char>* bytes = LoadSourceFileBytes(session, name);
+        if (!bytes) return false;
+        const std::string_view text(reinterpret_cast<const char*>(bytes->data()), bytes->size());
+        lines = session.sourceLines.emplace(path, ReadSourceLines(text)).first;
+    }
     session.place = {path, 0, 0};
     StatementRunner runner(session);
-    const std::string_view text(reinterpret_cast<const char*>(bytes->data()), bytes->size());
-    for (const SourceLine& line : ReadSourceLines(text)) runner.Line(line.text, line.line);
+    for (const SourceLine& line : lines->second) runner.Line(line.text, line.line);
     if (runner.recording_.active) session.Error("macro " + runner.recording_.name + " has no endmacro");
+    if (session.includeDepth == 0 && session.conditions.Open()) session.Error("if without endif");
     session.place = outer;
     return true;
-}
-
-void CloseSourcePass(AsmSession& session) {
-    if (session.conditions.Open()) session.Error("if without endif");
 }

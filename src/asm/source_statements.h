@@ -8,7 +8,6 @@
 struct AsmSession;
 
 // Assembles every line of the file name (relative to the file being assembled unless absolute).
+// A macro without endmacro is an error at the end of its file, an if without endif at the end
+// of the main file.
 bool AssembleSourceFile(AsmSession& session, const std::string& name);
-
-// What a pass leaves open at its end (an if without endif, a macro without endmacro) as errors.
-void CloseSourcePass(AsmSession& session);

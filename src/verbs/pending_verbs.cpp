@@ -13,5 +13,3 @@ Verb PendingVerb(CLI::App& app, const char* name) {
 
 Verb AddDiffVerb(CLI::App& app) { return PendingVerb(app, "diff"); }
 Verb AddApplyVerb(CLI::App& app) { return PendingVerb(app, "apply"); }
-Verb AddDumpVerb(CLI::App& app) { return PendingVerb(app, "dump"); }
-Verb AddInsertVerb(CLI::App& app) { return PendingVerb(app, "insert"); }
