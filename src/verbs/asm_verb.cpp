@@ -8,6 +8,7 @@
 #include "asm/source_assembler.h"
 #include "core/file_bytes.h"
 #include "core/output_file.h"
+#include "core/snes_header.h"
 #include "patches/bps_create.h"
 #include "patches/ips_format.h"
 #include "verbs/verb_list.h"
@@ -73,7 +74,8 @@ int RunAsm(const CLI::App& verb, const AsmArguments& args) {
     const size_t header = original.size() % 1024 == COPIER_HEADER ? COPIER_HEADER : 0;
     AsmSession session;
     session.image.assign(original.begin() + static_cast<long>(header), original.end());
-    if (!args.mapName.empty()) session.options.mapping = SnesMappingFromName(args.mapName.c_str());
+    session.options.mapping = args.mapName.empty() ? DetectSnesMapping(session.image.data(), session.image.size())
+                                                   : SnesMappingFromName(args.mapName.c_str());
     for (const std::string& define : args.defines) {
         const size_t equals = define.find('=');
         std::string name = define.substr(0, equals);
