@@ -23,8 +23,9 @@ struct AsmArguments {
     bool noChecksum = false;
 };
 
-void PrintDiagnostics(const AsmSession& session) {
-    for (const std::string& line : session.prints) std::printf("%s\n", line.c_str());
+void PrintDiagnostics(const AsmSession& session, bool assembled) {
+    if (assembled)
+        for (const std::string& line : session.prints) std::printf("%s\n", line.c_str());
     for (const AsmDiagnostic& warning : session.warnings)
         std::fprintf(stderr, "%s:%d:%d: warning: %s\n", warning.place.file.c_str(), warning.place.line,
                      warning.place.column, warning.text.c_str());
@@ -83,7 +84,7 @@ int RunAsm(const CLI::App& verb, const AsmArguments& args) {
         session.options.defines.emplace_back(name, equals == std::string::npos ? "" : define.substr(equals + 1));
     }
     const bool assembled = AssembleSource(session, args.source);
-    PrintDiagnostics(session);
+    PrintDiagnostics(session, assembled);
     if (!assembled) return 1;
     if (!args.noChecksum && !FixSnesChecksum(session.image, session.Mapping()))
         std::fprintf(stderr, "trelvane asm: warning: the image is too small to hold a checksum; left as it is\n");
