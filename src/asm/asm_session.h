@@ -65,6 +65,7 @@ struct AsmSession {
     SourcePlace place;
     int macroDepth = 0;
     int includeDepth = 0;
+    long linesRun = 0;  // in this pass, macro body lines and included lines counted each time
 
     std::vector<AsmDiagnostic> errors;
     std::vector<AsmDiagnostic> warnings;

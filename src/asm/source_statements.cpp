@@ -11,6 +11,9 @@
 namespace {
 
 constexpr int MAX_NESTING = 64;
+// Lines one pass may run, macro bodies and included files counted each time they run: a bound
+// for macros and files that call or include themselves more than once.
+constexpr long MAX_LINES_RUN = 10'000'000;
 
 // Statements of the community's assemblers that this one refuses.
 constexpr const char* UNSUPPORTED[] = {
@@ -50,6 +53,10 @@ public:
     explicit StatementRunner(AsmSession& session) : s_(session) {}
 
     void Line(const std::string& text, int line) {
+        if (++s_.linesRun > MAX_LINES_RUN) {
+            if (s_.linesRun == MAX_LINES_RUN + 1) s_.Error("more than 10,000,000 lines run: do macros or files call themselves?");
+            return;
+        }
         s_.place.line = line;
         s_.place.column = 1;
         if (recording_.active) return Record(text, line);
