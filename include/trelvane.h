@@ -38,6 +38,8 @@ enum TrelvaneMessage {
     TLERR_FILE_SAME = -108,
     TLERR_NULL_ARGUMENT = -109,
     TLERR_NUMBER_BAD = -120,
+    TLERR_PICTURE_COLOURS = -121,
+    TLERR_PICTURE_PIXEL = -122,
     TLERR_ID_BAD = -200,
     TLERR_FORMAT_BAD = -201,
     TLERR_EXPECTED = -250,
@@ -49,6 +51,7 @@ enum TrelvaneMessage {
     TLERR_NESTED = -350,
     TLERR_NO_TERMINALS = -351,
     TLERR_TABLE_OR_COUNT = -352,
+    TLERR_PATCH_IMAGE_GONE = -360,
     TLERR_ASM_SOURCE = -380,
     TLERR_IPS_IDENTICAL = -400,
     TLERR_IPS_NO_EOF = -401,
@@ -66,6 +69,15 @@ enum TrelvaneMessage {
     TLERR_TEXT_TOOMUCH = -501,
     TLMSG_TEXT_INSERTED = -502,
     TLERR_TEXT_PARAMCOUNT = -503,
+    TLERR_POINTER_FORM = -520,
+    TLERR_POINTER_OUTSIDE = -521,
+    TLERR_POINTER_UNREACHABLE = -522,
+    TLERR_SCRIPT_OVERFLOW = -523,
+    TLERR_SCRIPT_FIXED_TOO_LONG = -524,
+    TLERR_SCRIPT_HEADER = -525,
+    TLMSG_SCRIPT_INSERTED = -526,
+    TLERR_SCRIPT_NO_PLACE = -527,
+    TLERR_REGION_OUTSIDE = -528,
     TLMSG_USAGE_USAGE = -600,
     TLMSG_USAGE_VALID_CMDS = -601,
     TLMSG_USAGE_TILES_INSERT = -602,
@@ -123,6 +135,27 @@ struct tagPointerTable {
     int table;     /* offset of the first pointer of a plain table */
 };
 typedef struct tagPointerTable PointerTable;
+
+/* Super NES mappings a 24-bit pointer can go through instead of a base. */
+enum TrelvanePointerMap { POINTER_MAP_NONE = 0, POINTER_MAP_LOROM = 1, POINTER_MAP_HIROM = 2, POINTER_MAP_EXHIROM = 3 };
+
+/* How a game stores a table of pointers, beside the classic PointerTable:
+ * 1 to 4 bytes per pointer in either byte order; pointer value + base = image
+ * offset, or a Super NES mapping for 3- and 4-byte pointers; a stride for
+ * pointers inside records; or a table split into low, high and bank bytes. */
+struct tagPointerForm {
+    int size;      /* bytes per pointer, 1 to 4 (a split table: its tables, 1 to 3) */
+    int bigEndian; /* nonzero: the most significant byte comes first */
+    int base;      /* added to a pointer value to give an image offset; may be negative */
+    int map;       /* a TrelvanePointerMap; not POINTER_MAP_NONE replaces base */
+    int stride;    /* bytes from one pointer to the next; 0 means size (1 in a split table) */
+    int table;     /* offset of the first pointer of a table that is not split */
+    int low;       /* split table: offsets of the low, high and bank byte tables; low -1: not split */
+    int high;
+    int bank;
+    int count;     /* pointers in the table */
+};
+typedef struct tagPointerForm PointerForm;
 
 /* Messages and errors */
 TRELVANE_API char* Trelvane_GetLastError(void);
@@ -206,6 +239,9 @@ TRELVANE_API char* Trelvane_Decode(long id, long address, long* length);
 TRELVANE_API long Trelvane_GetPointer(long id, PointerTable* table, long index);
 TRELVANE_API PointerTable* Trelvane_FindPointerTable(long id, long address);
 TRELVANE_API void Trelvane_AdjustPointerTable(long id, PointerTable* table);
+/* The image offset pointer number index of form addresses, or -1 (last error
+ * set) when it lies outside the table or addresses no image byte. */
+TRELVANE_API long Trelvane_GetPointerTarget(const PointerForm* form, long index);
 
 /* String search */
 TRELVANE_API long Trelvane_Locate(const char* pattern, long length);
@@ -225,6 +261,19 @@ TRELVANE_API long Trelvane_EncodeTiles(const unsigned char* pixels, long width, 
 #define TRELVANE_BMP_MAX_PIXELS 16384
 TRELVANE_API long Trelvane_WriteBMP(const char* file, const unsigned char* pixels, long width, long height);
 TRELVANE_API long Trelvane_LoadBMP(const char* file, unsigned char* pixels, long* width, long* height);
+
+/* Indexed PNG tile sheets of at most 16 colours. palette holds colours RGB
+ * triplets; NULL stands for colours evenly spaced greys from black to white.
+ * Trelvane_WritePNG writes width x height pixel values (each below colours)
+ * as an 8-bit indexed PNG with that palette. Trelvane_LoadPNG maps each pixel
+ * by its colour to the index of that colour in palette; when the colours are
+ * not all in it, a picture that is itself indexed with at most 16 entries is
+ * read by its indices; anything else is refused (TLERR_PICTURE_COLOURS). It
+ * fills at most capacity pixels. Both return -1 on success, 0 on failure. */
+TRELVANE_API long Trelvane_WritePNG(const char* file, const unsigned char* pixels, long width, long height,
+                                    const unsigned char* palette, long colours);
+TRELVANE_API long Trelvane_LoadPNG(const char* file, unsigned char* pixels, long capacity, long* width, long* height,
+                                   const unsigned char* palette, long colours);
 
 #ifdef __cplusplus
 }

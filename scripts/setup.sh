@@ -3,9 +3,10 @@
 #
 # Building the program (and so running the sample): the compiler, CMake,
 # Ninja, zlib (the CRC-32 of BPS and UPS patches), CLI11 (the verbs'
-# command line), nettle (MD5 and SHA-1 of images) and libspng (PNG tiles).
+# command line), nettle (MD5 and SHA-1 of images), libspng (PNG tiles) and
+# libdivsufsort (the suffix arrays of BPS creation on Linux).
 # Libraries the program links go here.
-TRELVANE_BUILD_PACKAGES=(cmake ninja-build g++ zlib1g-dev libcli11-dev nettle-dev libspng-dev)
+TRELVANE_BUILD_PACKAGES=(cmake ninja-build g++ zlib1g-dev libcli11-dev nettle-dev libspng-dev libdivsufsort-dev)
 # Testing everything on top of that: GoogleTest and Google Benchmark; clang
 # with its runtime for the fuzz targets; python3-pil and imagemagick for the
 # tests that draw and check bitmaps; pkg-config for the test that builds a

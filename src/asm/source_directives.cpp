@@ -58,7 +58,7 @@ bool StringCodes(AsmSession& session, const std::string& text, std::vector<int64
         for (char c : text) codes.push_back(static_cast<unsigned char>(c));
         return true;
     }
-    const EncodedText encoded = EncodeText(session.tableFont, text.c_str(), false);
+    const EncodedText encoded = EncodeText(session.tableFont, text.c_str(), UNTERMINATED_ENCODING);
     if (!encoded.bytes) return session.Error("\"" + text + "\" cannot be encoded with the table");
     for (int32_t i = 0; i < encoded.length; ++i) codes.push_back(encoded.bytes[i]);
     return true;

@@ -10,6 +10,7 @@
 #include "patches/crc32.h"
 #include "patches/delta_frame.h"
 #include "patches/patch_numbers.h"
+#include "patches/suffix_search.h"
 
 namespace {
 
@@ -19,17 +20,15 @@ constexpr size_t kLazyBelow = 4096;
 // Data read in place or moved along with the last copy is taken without
 // looking further once it is this long.
 constexpr size_t kLongEnough = 64;
-// The original is indexed at every eighth position: any match of 15 bytes
-// or more is found from one of its first eight positions.
-constexpr size_t kSourceStride = 8;
 // Slots for the new bytes of the modified file, which are indexed as they
-// are passed.
+// are passed: about one for every kNewBlockShare bytes, at most kMostNewBlocks.
+constexpr size_t kNewBlockShare = 8;
 constexpr size_t kMostNewBlocks = 1 << 18;
 // Periods of the repeats looked for in the modified bytes written so far.
 constexpr size_t kLongestPeriod = 4;
 // Inside long literal stretches the search steps faster: by two more
-// positions for each this many literal bytes, always by an odd step so that
-// every residue of the original's index stride is met.
+// positions for each this many literal bytes. A match found late is
+// extended backwards over the literal bytes it skipped.
 constexpr size_t kLiteralsPerStep = 256;
 constexpr size_t kLargestStep = 9;
 
@@ -46,10 +45,8 @@ public:
     DeltaBuilder(const unsigned char* source, size_t sourceSize, const unsigned char* target, size_t targetSize,
                  std::vector<unsigned char>& patch)
         : source_(source), sourceSize_(sourceSize), target_(target), targetSize_(targetSize),
-          sourceIndex_(source, sourceSize, sourceSize / kSourceStride),
-          targetIndex_(target, targetSize, std::min(targetSize / kSourceStride, kMostNewBlocks)), encoder_(patch) {
-        for (size_t at = 0; at < sourceSize; at += kSourceStride) sourceIndex_.Add(at);
-    }
+          sourceSearch_(source, sourceSize),
+          targetIndex_(target, targetSize, std::min(targetSize / kNewBlockShare, kMostNewBlocks)), encoder_(patch) {}
 
     void Build() {
         while (out_ < targetSize_) {
@@ -88,10 +85,10 @@ private:
         if (copied_ && at + displacement_ < sourceSize_ && displacement_ != 0)
             Consider(best, SourceMatch(at, at + displacement_, BPS_SOURCE_COPY));
         if (best.length >= kLongEnough) return best;
+        for (size_t from : sourceSearch_.Neighbours(target_ + at, targetSize_ - at))
+            if (from != SuffixSearch::NONE && from != at) Consider(best, SourceMatch(at, from, BPS_SOURCE_COPY));
         if (targetSize_ - at >= BlockIndex::KEY_BYTES) {
-            size_t from = sourceIndex_.Find(target_ + at);
-            if (from != BlockIndex::NONE && from != at) Consider(best, SourceMatch(at, from, BPS_SOURCE_COPY));
-            from = targetIndex_.Find(target_ + at);
+            size_t from = targetIndex_.Find(target_ + at);
             if (from != BlockIndex::NONE && from < at) Consider(best, TargetMatch(at, from));
         }
         for (size_t period = 1; period <= kLongestPeriod && period <= at; ++period)
@@ -160,7 +157,7 @@ private:
     size_t sourceSize_;
     const unsigned char* target_;
     size_t targetSize_;
-    BlockIndex sourceIndex_;  // every kSourceStride-th block of the original
+    SuffixSearch sourceSearch_;  // every suffix of the original
     BlockIndex targetIndex_;  // the blocks of the new bytes passed so far
     BpsEncoder encoder_;
     size_t out_ = 0;

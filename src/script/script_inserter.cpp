@@ -102,13 +102,12 @@ bool Insertion::AddTextLine(const std::string& line, int32_t lineNumber) {
     size_t joined = text_.size() + (text_.empty() ? 0 : 1) + piece.size();
     if (joined > kMaxStringText)
         return SetError(TLERR_TEXT_NOENCODE, reader_.FileName(), lineNumber, 1, "string longer than 2047 characters");
-    if (!text_.empty()) text_ += '\n';
-    text_ += piece;
+    AppendTextPiece(text_, piece);
     return true;
 }
 
 bool Insertion::EncodeString(int32_t column) {
-    while (!text_.empty() && text_.back() == '\n') text_.pop_back();
+    EndStringText(text_);
     const EncodedText encoded = EncodeText(fontId_, text_.c_str());
     if (!encoded.bytes) return SetError(TLERR_TEXT_NOENCODE, reader_.FileName(), sectionLine_, column, text_.c_str());
     size_t length = static_cast<size_t>(encoded.length);

@@ -192,6 +192,11 @@ DecodedText DecodeRomanji(const Font& font, const unsigned char* first, const un
     return out.Finish(at - first);
 }
 
+int32_t CodeLength(const Font& font, const unsigned char* at, const unsigned char* end) {
+    if (at >= end) return 0;
+    return static_cast<int32_t>(std::min<long>(ReadCode(font, at, end).size, end - at));
+}
+
 DecodedText DecodeText(long fontId, const unsigned char* first, const unsigned char* end) {
     const Font* font = FindFont(fontId);
     if (!font) return {};

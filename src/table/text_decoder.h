@@ -23,3 +23,7 @@ DecodedText DecodeText(long fontId, const unsigned char* first, const unsigned c
 
 // The romaji variant that DecodeText chooses for FONT_RULE_ROMANJI fonts.
 DecodedText DecodeRomanji(const Font& font, const unsigned char* first, const unsigned char* end);
+
+// Bytes the code at `at` occupies (a two-byte code, a code with its
+// parameter bytes, or one byte), cut at end.
+int32_t CodeLength(const Font& font, const unsigned char* at, const unsigned char* end);

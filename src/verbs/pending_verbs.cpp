@@ -11,8 +11,5 @@ Verb PendingVerb(CLI::App& app, const char* name) {
 
 }  // namespace
 
-Verb AddTilesVerb(CLI::App& app) { return PendingVerb(app, "tiles"); }
 Verb AddDiffVerb(CLI::App& app) { return PendingVerb(app, "diff"); }
 Verb AddApplyVerb(CLI::App& app) { return PendingVerb(app, "apply"); }
-Verb AddDumpVerb(CLI::App& app) { return PendingVerb(app, "dump"); }
-Verb AddInsertVerb(CLI::App& app) { return PendingVerb(app, "insert"); }

@@ -1,0 +1,60 @@
+#include "script/table_extent.h"
+
+#include <iterator>
+#include <map>
+#include <optional>
+
+#include "core/rom_slots.h"
+#include "script/pointer_form.h"
+#include "script/string_measure.h"
+
+namespace {
+
+// Entries past the last unbroken block that are still read before giving up.
+constexpr int64_t kPatience = 64;
+
+// The strings of a table so far, as disjoint [start, end) intervals, and how
+// many unbroken blocks they make.
+class StringBlocks {
+public:
+    // False when target contradicts a table: it lies inside a string whose
+    // end it does not share, or its string runs into the next one.
+    bool Add(int64_t target, int64_t end) {
+        auto next = strings_.upper_bound(target);
+        if (next != strings_.begin()) {
+            auto before = std::prev(next);
+            if (target < before->second) return before->second == end;
+        }
+        if (next != strings_.end() && end > next->first) return false;
+        bool joinsBefore = next != strings_.begin() && std::prev(next)->second == target;
+        bool joinsAfter = next != strings_.end() && next->first == end;
+        strings_.emplace(target, end);
+        blocks_ += 1 - (joinsBefore ? 1 : 0) - (joinsAfter ? 1 : 0);
+        return true;
+    }
+    bool Unbroken() const { return blocks_ == 1; }
+
+private:
+    std::map<int64_t, int64_t> strings_;
+    int64_t blocks_ = 0;
+};
+
+bool IsNullEntry(const PointerForm& form, int64_t entry) {
+    const PointerPlace place = PlaceOfEntry(form, entry);
+    return PlaceInsideImage(place) && ReadPlace(CurrentRom().data, place) == 0;
+}
+
+}  // namespace
+
+int64_t TableExtent(long fontId, const PointerForm& form, int64_t maxEntries) {
+    StringBlocks blocks;
+    int64_t extent = 0;
+    for (int64_t entry = 0; entry < maxEntries && entry - extent < kPatience; ++entry) {
+        if (entry > 0 && IsNullEntry(form, entry)) continue;
+        std::optional<int64_t> target = EntryTarget(form, entry);
+        int32_t length = target ? MeasureString(fontId, *target) : -1;
+        if (length < 0 || !blocks.Add(*target, *target + length)) break;
+        if (blocks.Unbroken()) extent = entry + 1;
+    }
+    return extent;
+}
