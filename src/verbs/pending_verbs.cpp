@@ -13,4 +13,3 @@ Verb PendingVerb(CLI::App& app, const char* name) {
 
 Verb AddTilesVerb(CLI::App& app) { return PendingVerb(app, "tiles"); }
 Verb AddDiffVerb(CLI::App& app) { return PendingVerb(app, "diff"); }
-Verb AddApplyVerb(CLI::App& app) { return PendingVerb(app, "apply"); }
