@@ -62,7 +62,7 @@ constexpr CatalogueEntry kCatalogue[] = {
     {TLERR_PATCH_NO_HEADER, "TLERR_PATCH_NO_HEADER",
      "[file] has no 512-byte copier header to take off ([data0] bytes)."},
     {TLERR_IPS_TOO_LARGE, "TLERR_IPS_TOO_LARGE",
-     "An IPS patch cannot hold [data0]: [file] has [data1] bytes and IPS offsets stop at 16 MiB."},
+     "[file] has [data0] bytes: an IPS patch cannot describe files over 16 MiB (16777216 bytes)."},
     {TLERR_TEXT_NOENCODE, "TLERR_TEXT_NOENCODE", "[file]:[line],[column]:Unable to encode: [data0]"},
     {TLERR_TEXT_TOOMUCH, "TLERR_TEXT_TOOMUCH", "[file]:Too much space used - [data0]/[data1] ([data2])"},
     {TLMSG_TEXT_INSERTED, "TLMSG_TEXT_INSERTED", "[file]:[data3] strings - [data0]/[data1] ([data2])"},

@@ -12,4 +12,3 @@ Verb PendingVerb(CLI::App& app, const char* name) {
 }  // namespace
 
 Verb AddTilesVerb(CLI::App& app) { return PendingVerb(app, "tiles"); }
-Verb AddDiffVerb(CLI::App& app) { return PendingVerb(app, "diff"); }
