@@ -38,6 +38,8 @@ enum TrelvaneMessage {
     TLERR_FILE_SAME = -108,
     TLERR_NULL_ARGUMENT = -109,
     TLERR_NUMBER_BAD = -120,
+    TLERR_PICTURE_COLOURS = -121,
+    TLERR_PICTURE_PIXEL = -122,
     TLERR_ID_BAD = -200,
     TLERR_FORMAT_BAD = -201,
     TLERR_EXPECTED = -250,
@@ -49,6 +51,7 @@ enum TrelvaneMessage {
     TLERR_NESTED = -350,
     TLERR_NO_TERMINALS = -351,
     TLERR_TABLE_OR_COUNT = -352,
+    TLERR_PATCH_IMAGE_GONE = -360,
     TLERR_ASM_SOURCE = -380,
     TLERR_IPS_IDENTICAL = -400,
     TLERR_IPS_NO_EOF = -401,
@@ -262,6 +265,19 @@ TRELVANE_API long Trelvane_EncodeTiles(const unsigned char* pixels, long width, 
 #define TRELVANE_BMP_MAX_PIXELS 16384
 TRELVANE_API long Trelvane_WriteBMP(const char* file, const unsigned char* pixels, long width, long height);
 TRELVANE_API long Trelvane_LoadBMP(const char* file, unsigned char* pixels, long* width, long* height);
+
+/* Indexed PNG tile sheets of at most 16 colours. palette holds colours RGB
+ * triplets; NULL stands for colours evenly spaced greys from black to white.
+ * Trelvane_WritePNG writes width x height pixel values (each below colours)
+ * as an 8-bit indexed PNG with that palette. Trelvane_LoadPNG maps each pixel
+ * by its colour to the index of that colour in palette; when the colours are
+ * not all in it, a picture that is itself indexed with at most 16 entries is
+ * read by its indices; anything else is refused (TLERR_PICTURE_COLOURS). It
+ * fills at most capacity pixels. Both return -1 on success, 0 on failure. */
+TRELVANE_API long Trelvane_WritePNG(const char* file, const unsigned char* pixels, long width, long height,
+                                    const unsigned char* palette, long colours);
+TRELVANE_API long Trelvane_LoadPNG(const char* file, unsigned char* pixels, long capacity, long* width, long* height,
+                                   const unsigned char* palette, long colours);
 
 #ifdef __cplusplus
 }

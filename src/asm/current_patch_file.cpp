@@ -12,6 +12,7 @@
 namespace {
 
 std::unique_ptr<PatchFile> currentPatch;
+uint64_t patchedLoad = 0;  // the load of the image the patch file writes into
 
 }  // namespace
 
@@ -26,13 +27,16 @@ long Trelvane_PatchFile_Open(const char* file) {
     if (!RequireCurrentRom()) return 0;
     const RomImage& image = CurrentRom();
     currentPatch = std::make_unique<PatchFile>(image.type, image.data, image.size);
+    patchedLoad = image.load;
     if (!file) file = "";
-    if (!currentPatch->Open(file)) return SetError(TLERR_FILE_NOREAD, file, 0, 0);
-    return 1;
+    if (currentPatch->Open(file)) return 1;
+    currentPatch.reset();  // nothing is open to process
+    return SetError(TLERR_FILE_NOREAD, file, 0, 0);
 }
 
 long Trelvane_PatchFile_Process(void) {
     if (!currentPatch) return SetError(TLERR_NESTED, MSG_NO_PATCH_FILE, 0, 0);
+    if (CurrentRom().load != patchedLoad) return SetError(TLERR_PATCH_IMAGE_GONE, "", 0, 0);
     for (;;) {
         const int32_t kind = ParseStatement(*currentPatch);
         if (kind == TOKEN_END) return 1;

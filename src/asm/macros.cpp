@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "core/blank.h"
 #include "asm/operands.h"
 #include "asm/patch_file.h"
 #include "asm/patch_messages.h"
@@ -36,8 +37,6 @@ std::array<MacroLabel, LABEL_SLOT_COUNT> DescribeLabels(const PatchFile& patch) 
     }
     return labels;
 }
-
-bool IsBlank(char c) { return c == ' ' || c == '\t'; }
 
 // The parameters written behind a call's name, cut as the language defines: separated by
 // commas or tabs, spaces around them ignored, a ";" ending the list.
@@ -185,8 +184,7 @@ bool AddMacro(PatchFile& patch) {
     body->entries.assign(entries.begin(), entries.end());
     body->labels = DescribeLabels(patch);
     const int index = static_cast<int>(patch.macros.size());
-    if (!patch.reader.AddPattern(TOKEN_MACRO_BASE + index, patch.macroName.c_str()))
-        return Report(patch.error, MSG_SCANNER_FULL, patch.macroName.c_str());
+    patch.reader.AddWord(TOKEN_MACRO_BASE + index, patch.macroName);
     patch.macros.push_back(std::move(body));
     return true;
 }

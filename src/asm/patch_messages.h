@@ -33,7 +33,6 @@ inline constexpr const char* MSG_ENDM_WITHOUT_MACRO = ".ENDM without .MACRO";
 inline constexpr const char* MSG_MACRO_IN_MACRO = "Macro %s cannot be defined inside macro %s.";
 inline constexpr const char* MSG_MACRO_NOT_ENDED = "Macro %s has no .ENDM.";
 inline constexpr const char* MSG_ALREADY_OPEN = "File %s is already being read.";
-inline constexpr const char* MSG_SCANNER_FULL = "No room left in the scanner for %s.";
 inline constexpr const char* MSG_NO_PATCH_FILE = "No patch file is open.";
 inline constexpr const char* MSG_NOT_HEX_PAIR = "Not a pair of hexadecimal digits: %s";
 inline constexpr const char* MSG_NO_ADDRESS = "Code needs an .ADDRESS before it.";

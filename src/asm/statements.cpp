@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/blank.h"
 #include "core/hex_digit.h"
 #include "core/text_compare.h"
 #include "asm/macros.h"
@@ -51,8 +52,7 @@ bool NameFits(PatchFile& patch, std::string_view name, int limit) {
 // Adds a variable or constant to the symbol table and its name to the scanner.
 int32_t DefineSymbol(PatchFile& patch, const std::string& name, const SymbolRecord& record) {
     if (patch.cpu->Symbols().Count() >= MAX_SYMBOLS) return ReportTooMany(patch.error, TABLE_SYMBOLS, MAX_SYMBOLS);
-    if (!patch.reader.AddPattern(TOKEN_SYMBOL_BASE + patch.cpu->Symbols().Count(), name.c_str()))
-        return Report(patch.error, MSG_SCANNER_FULL, name.c_str());
+    patch.reader.AddWord(TOKEN_SYMBOL_BASE + patch.cpu->Symbols().Count(), name);
     patch.cpu->Symbols().Add(record);
     return TOKEN_VARIABLE;
 }
@@ -188,8 +188,6 @@ int32_t ParseAddress(PatchFile& patch) {
     patch.addressGiven = true;
     return compiled ? TOKEN_DOT_ADDRESS : 0;
 }
-
-bool IsBlank(char c) { return c == ' ' || c == '\t'; }
 
 // The zero byte shown as the reader shows it, any other character as itself.
 std::string Shown(std::string_view text) {

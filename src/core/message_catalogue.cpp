@@ -24,6 +24,10 @@ constexpr CatalogueEntry kCatalogue[] = {
     {TLERR_FILE_SAME, "TLERR_FILE_SAME", "Output [file] is the same file as input [data0]."},
     {TLERR_NULL_ARGUMENT, "TLERR_NULL_ARGUMENT", "[data0]: [data1] is a null pointer."},
     {TLERR_NUMBER_BAD, "TLERR_NUMBER_BAD", "'[data0]' is not a number: write 10976, 0x2AE0, $2AE0 or 2AE0h."},
+    {TLERR_PICTURE_COLOURS, "TLERR_PICTURE_COLOURS",
+     "[file]: the colour [data0] is not in the palette, and the picture has no palette of at most 16 colours to "
+     "read it by."},
+    {TLERR_PICTURE_PIXEL, "TLERR_PICTURE_PIXEL", "[file]: pixel value [data0] is beyond the [data1] colours of the palette."},
     {TLERR_ID_BAD, "TLERR_ID_BAD", "Invalid [data0] ID: [data1]"},
     {TLERR_FORMAT_BAD, "TLERR_FORMAT_BAD", "Unknown format: [data0]"},
     {TLERR_EXPECTED, "TLERR_EXPECTED", "[file]:[line],[column]:Expected '[data0]', found '[data1]'."},
@@ -35,6 +39,7 @@ constexpr CatalogueEntry kCatalogue[] = {
     {TLERR_NESTED, "TLERR_NESTED", nullptr},
     {TLERR_NO_TERMINALS, "TLERR_NO_TERMINALS", "[file] contains no terminal codes."},
     {TLERR_TABLE_OR_COUNT, "TLERR_TABLE_OR_COUNT", "Cannot dump script without pointer table unless count specified."},
+    {TLERR_PATCH_IMAGE_GONE, "TLERR_PATCH_IMAGE_GONE", "The ROM image of the open patch file was freed or replaced."},
     {TLERR_ASM_SOURCE, "TLERR_ASM_SOURCE", "[file]:[line]:[column]: [data0]"},
     {TLERR_IPS_IDENTICAL, "TLERR_IPS_IDENTICAL", "Files identical. IPS not created."},
     {TLERR_IPS_NO_EOF, "TLERR_IPS_NO_EOF", "EOF not found at block marker in [file]."},

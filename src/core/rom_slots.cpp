@@ -19,6 +19,7 @@ constexpr int MAX_ROMS = 1;
 
 struct RomSlot {
     std::vector<unsigned char> data;
+    uint64_t load = 0;
     bool loaded = false;
     int32_t headerLength = 0;
     int32_t type = 0;
@@ -28,6 +29,7 @@ RomSlot slots[MAX_ROMS];
 long slotsInUse = 0;
 long mostRecentLoad = 0;
 long currentHandle = 0;
+uint64_t loadCount = 0;
 
 void MakeCurrent(long handle) {
     RomSlot& slot = slots[handle - 1];
@@ -35,6 +37,7 @@ void MakeCurrent(long handle) {
     currentImage.data = slot.data.data();
     currentImage.size = static_cast<int32_t>(slot.data.size());
     currentImage.headerLength = slot.headerLength;
+    currentImage.load = slot.load;
     currentImage.type = slot.type;
 }
 
@@ -118,6 +121,7 @@ long Trelvane_LoadROM(const char* path) {
     bytes.erase(bytes.begin(), bytes.begin() + slot.headerLength);
     slot.data = std::move(bytes);
     slot.loaded = true;
+    slot.load = ++loadCount;
     MakeCurrent(handle);
     mostRecentLoad = handle;
     if (handle > slotsInUse) slotsInUse = handle;

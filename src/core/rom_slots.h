@@ -10,6 +10,9 @@ struct RomImage {
     int32_t size = 0;
     int32_t headerLength = 0;
     int32_t type = 0;
+    // Tells the loads apart: every load gets a new number, so whoever borrows the bytes can
+    // tell whether they are still these (0 when no image is current).
+    uint64_t load = 0;
 };
 
 // The current image, read-only: only loading, using and freeing a slot change

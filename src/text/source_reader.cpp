@@ -1,6 +1,7 @@
 #include "text/source_reader.h"
 
 #include <algorithm>
+#include <cctype>
 #include <climits>
 #include <cstdio>
 #include <cstring>
@@ -73,6 +74,8 @@ char AdvanceIn(SourceFrame& frame) {
     }
     return c;
 }
+
+bool IsWordCharacter(char c) { return std::isalnum(static_cast<unsigned char>(c)) || c == '_'; }
 
 void SkipSpaceIn(SourceFrame& frame) {
     while (IsWhiteSpace(CharAt(frame))) AdvanceIn(frame);
@@ -147,6 +150,28 @@ bool SourceReader::AddPattern(int32_t kind, const char* pattern) {
 char SourceReader::CurrentChar() const { return Top() ? CharAt(*Top()) : '\0'; }
 
 char SourceReader::Advance() { return Top() ? AdvanceIn(*Top()) : '\0'; }
+void SourceReader::AddWord(int32_t kind, std::string_view word) { words_[WordKey(word)] = kind; }
+
+std::string SourceReader::WordKey(std::string_view text) const {
+    std::string key(text);
+    if (!(options_ & READER_CASE_SENSITIVE))
+        for (char& c : key) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return key;
+}
+
+void SourceReader::MatchWord(SourceFrame& frame, const char* start, int32_t startColumn) const {
+    int32_t run = 0;
+    while (start + run < frame.textEnd && IsWordCharacter(start[run])) ++run;
+    for (int32_t length = run; length > 0 && length >= frame.matchLength; --length) {
+        const auto word = words_.find(WordKey(std::string_view(start, static_cast<size_t>(length))));
+        if (word == words_.end()) continue;
+        frame.matchKind = word->second;
+        frame.matchLength = length;
+        frame.matchColumn = std::max(frame.matchColumn, startColumn + length);
+        return;
+    }
+}
+
 int32_t SourceReader::Match() {
     SourceFrame* frame = Top();
     const Fsa* fsa = Automaton();
@@ -160,6 +185,7 @@ int32_t SourceReader::Match() {
     frame->matchLine = frame->line;
     frame->matchColumn = frame->column;
     const char* start = CurrentPosition(*frame);
+    const int32_t startColumn = frame->column;
     if (AtTextEnd(*frame)) return TOKEN_END;
     int state = 0;
     int32_t scanned = 0;
@@ -174,6 +200,7 @@ int32_t SourceReader::Match() {
             frame->matchLength = scanned;
         }
     }
+    if (!words_.empty()) MatchWord(*frame, start, startColumn);
     if (frame->matchLength == 0 && AtZeroByte(*frame))
         MatchZeroByte(*frame, scanned);
     else

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "text/fsa.h"
@@ -63,6 +65,10 @@ public:
     // shared one, which stays untouched. False (and nothing changed) for a refused pattern.
     bool AddPattern(int32_t kind, const char* pattern);
     const Fsa* Automaton() const { return owned_ ? owned_.get() : shared_; }
+    // Adds a word (letters, digits and "_") that scans as kind wherever the text holds it and no
+    // pattern accepts a longer token there; a word added again takes the new kind. Letters match
+    // in either case unless READER_CASE_SENSITIVE. Any number of words, each found in constant time.
+    void AddWord(int32_t kind, std::string_view word);
 
     // The character at the current position; zero at the end of the text or with no frame.
     char CurrentChar() const;
@@ -97,10 +103,15 @@ public:
     SourceFrame* Top() const { return frames_.empty() ? nullptr : frames_.back().get(); }
 
 private:
+    std::string WordKey(std::string_view text) const;
+    // Lets the longest word at start win over the automaton's match.
+    void MatchWord(SourceFrame& frame, const char* start, int32_t startColumn) const;
+
     uint32_t options_;
     const Fsa* shared_ = nullptr;
     std::unique_ptr<Fsa> owned_;
     std::vector<std::unique_ptr<SourceFrame>> frames_;
+    std::unordered_map<std::string, int32_t> words_;
 };
 
 // Decimal digits of text; a leading "-" negates, every other character is ignored. Wraps at 32 bits.

@@ -1,6 +1,11 @@
 #include "verbs/verb_image.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <vector>
+
+#include "core/file_bytes.h"
+#include "core/output_file.h"
 
 #include "core/rom_slots.h"
 #include "trelvane.h"
@@ -29,5 +34,17 @@ bool LoadVerbImage(const CLI::App& verb, const std::string& path) {
     const RomImage& image = CurrentRom();
     const std::string header = HeaderDescription(image.type, image.headerLength, image.size + image.headerLength);
     std::fprintf(stderr, "trelvane %s: %s: header: %s\n", verb.get_name().c_str(), path.c_str(), header.c_str());
+    return true;
+}
+
+bool SaveVerbImage(const CLI::App& verb, const std::string& source, const std::string& target) {
+    const RomImage& image = CurrentRom();
+    std::vector<unsigned char> file;
+    if (!ReadFileBytes(source.c_str(), file) ||
+        file.size() < static_cast<size_t>(image.headerLength) + static_cast<size_t>(image.size))
+        return VerbError(verb, "cannot read " + source + " again"), false;
+    std::copy(image.data, image.data + image.size, file.begin() + image.headerLength);
+    if (!WriteOutputFile(target.c_str(), file.data(), file.size()))
+        return VerbError(verb, "cannot write " + target), false;
     return true;
 }

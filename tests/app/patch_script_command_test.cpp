@@ -2,6 +2,9 @@
 // or left untouched, includes, macros and a block over its limit.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
 #include <filesystem>
 #include <string>
 
@@ -73,6 +76,64 @@ TEST_F(PatchScriptCommandTest, IncludesToAnyDepth) {
     EXPECT_EQ(Patch("main.asm"), (RunResult{0, "main.asm:3,10:Error opening: gone.asm\n"}));
     // The code after the macro definition goes on behind the 01 before it.
     EXPECT_EQ(Image(0x8000, 6), Bytes({0x01, 0x85, 0x10, 0x03, 0x04, 0x00}));
+}
+
+// The name of file number i of a series, such as b12.asm.
+std::string Numbered(const char* prefix, int i) {
+    char name[32];
+    std::snprintf(name, sizeof name, "%s%d.asm", prefix, i);
+    return name;
+}
+
+TEST_F(PatchScriptCommandTest, IncludeBombsAreRefusedQuickly) {
+    // 40 files each including the next twice would read 2^40 files.
+    for (int i = 0; i < 40; ++i) {
+        const std::string include = ".INCLUDE \"" + Numbered("b", i + 1) + "\"\n";
+        WriteFile(dir / Numbered("b", i), include + include);
+    }
+    WriteFile(dir / "b40.asm", ".ADDRESS 8000h\n.BYTE 1\n");
+    const auto start = std::chrono::steady_clock::now();
+    const RunResult bomb = Patch("b0.asm");
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
+    EXPECT_EQ(bomb.status, 255);
+    ASSERT_GT(bomb.output.size(), 27u);
+    EXPECT_EQ(bomb.output.substr(bomb.output.size() - 27), "Too many errors - aborting\n");
+    EXPECT_EQ(std::count(bomb.output.begin(), bomb.output.end(), '\n'), 21);
+    EXPECT_NE(bomb.output.find(",10:Too many includes (at most 5000).\n"), std::string::npos) << bomb.output;
+    EXPECT_EQ(ReadFile(dir / "game.smc"), Bytes(kHeader + kImageSize, 0));
+
+    // A chain of 3000 includes stops at the depth limit.
+    for (int i = 0; i < 3000; ++i) WriteFile(dir / Numbered("c", i), ".INCLUDE \"" + Numbered("c", i + 1) + "\"\n");
+    WriteFile(dir / "top.asm", ".ADDRESS 8000h\n.BYTE 2\n.INCLUDE \"c0.asm\"\n.BYTE 3\n");
+    const auto chainStart = std::chrono::steady_clock::now();
+    EXPECT_EQ(Patch("top.asm"), (RunResult{0, "c98.asm:1,10:Too many nested includes (at most 100).\n"}));
+    EXPECT_LT(std::chrono::steady_clock::now() - chainStart, std::chrono::seconds(1));
+    EXPECT_EQ(Image(0x8000, 3), Bytes({0x02, 0x03, 0x00}));
+}
+
+TEST_F(PatchScriptCommandTest, ZeroBytesAndCarriageReturns) {
+    using namespace std::string_literals;
+    // A zero byte ends neither a .PATCH line nor a macro call silently; in a comment it is comment.
+    WriteFile(dir / "zero.asm", "; note \0 .PATCH 10h: 55\n.ADDRESS 8000h\n.PATCH 100h: 41 4\0 42\n"
+                                "m2 .MACRO\nlda ?0\n.ENDM\n_m2 1\0 2\n.BYTE 1\n"s);
+    EXPECT_EQ(Patch("zero.asm"), (RunResult{0,
+                                            "zero.asm:3,17:Not a pair of hexadecimal digits: 4\\0\n"
+                                            "zero.asm:7,6:A zero byte stands in the line.\n"}));
+    EXPECT_EQ(Image(0x10, 1), Bytes({0x00}));
+    EXPECT_EQ(Image(0x100, 3), Bytes({0x00, 0x00, 0x00}));
+    EXPECT_EQ(Image(0x8000, 2), Bytes({0x01, 0x00}));
+
+    // Carriage returns end lines, alone or before a line feed, and swallow nothing.
+    WriteFile(dir / "cr.asm", ".ADDRESS 8000h\r.BYTE 1\r.PATCH 100h: 41 42\r.BYTE 3 ; note\r.BYTE 4\r\n.PATCH 102h: 43\r44\n");
+    EXPECT_EQ(Patch("cr.asm"), (RunResult{0, "cr.asm:7,1:Unknown command: 44\n"}));
+    EXPECT_EQ(Image(0x8000, 4), Bytes({0x01, 0x03, 0x04, 0x00}));
+    EXPECT_EQ(Image(0x100, 4), Bytes({0x41, 0x42, 0x43, 0x00}));
+}
+
+TEST_F(PatchScriptCommandTest, CodeAfterAMacroDefinitionGoesOn) {
+    WriteFile(dir / "m.asm", ".ADDRESS 808000h\nlda 1\nsta [10h]\nm2 .MACRO\nnop\n.ENDM\nrtl\n");
+    EXPECT_EQ(Patch("m.asm"), (RunResult{0, "m.asm: Patch successful\n"}));
+    EXPECT_EQ(Image(0x8000, 7), Bytes({0xA9, 0x01, 0x00, 0x85, 0x10, 0x6B, 0x00}));
 }
 
 TEST_F(PatchScriptCommandTest, IncludeCyclesAreRefused) {

@@ -115,6 +115,24 @@ TEST(BlockCompilerTest, PointersAreWrittenDuringThePass) {
     EXPECT_EQ(RunScript(".ADDRESS 8000h\nhere: .POINTER 2 @ 8000h\nhere2: nop").errors, Errors{});
 }
 
+TEST(BlockCompilerTest, RefusedBlocksStoreNoPointers) {
+    const struct {
+        const char* source;
+        const char* error;
+    } cases[] = {
+        {".ADDRESS 8000h (1)\n.POINTER 2 @ 100h\nnop nop\n.ADDRESS 9000h",
+         "t.asm:4,10:Compiled code at 008000 exceeds maximum size (2/1)"},
+        {".ADDRESS 1FFFFh\n.POINTER 2 @ 100h\nnop nop", "t.asm:3,8:Compiled code at 01FFFF (2 bytes) lies outside the image"},
+        {".ADDRESS 8000h\n.POINTER 2 @ 100h\nbra nowhere", "t.asm:3,12:Label nowhere is not defined in this block."},
+        {".ADDRESS 8000h\n.POINTER 2 @ 100h\nnop\n.POINTER 2 @ 1FFFFh", "t.asm:4,20:Address 01FFFF lies outside the image"},
+    };
+    for (const auto& c : cases) {
+        const ScriptRun run = RunScript(c.source);
+        EXPECT_EQ(run.errors, Errors({c.error})) << c.source;
+        EXPECT_EQ(run.image, Bytes(SCRIPT_IMAGE_SIZE, 0)) << c.source;
+    }
+}
+
 TEST(BlockCompilerTest, WritesStayInsideTheImage) {
     const struct {
         const char* source;

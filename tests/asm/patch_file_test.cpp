@@ -48,6 +48,36 @@ TEST_F(PatchFileCallsTest, ProcessRunsToTheEndAndStaysThere) {
     EXPECT_EQ(Trelvane_PatchFile_Process(), 0);
 }
 
+TEST_F(PatchFileCallsTest, NothingToProcessAfterAFailedOpen) {
+    WriteFile(dir / "game.smc", Bytes(512 + 0x10000, 0));
+    ASSERT_NE(Trelvane_LoadROM((dir / "game.smc").c_str()), 0);
+    EXPECT_EQ(Trelvane_PatchFile_Open((dir / "missing.asm").c_str()), 0);
+    EXPECT_EQ(Trelvane_PatchFile_Process(), 0);
+    EXPECT_STREQ(Trelvane_GetLastError(), "No patch file is open.");
+}
+
+TEST_F(PatchFileCallsTest, AFreedOrReplacedImageIsNeverWritten) {
+    WriteFile(dir / "game.smc", Bytes(512 + 0x10000, 0));
+    WriteFile(dir / "s.asm", ".PATCH 10h: 01\n.PATCH 11h: 02\n");
+    for (const bool reload : {false, true}) {
+        ASSERT_NE(Trelvane_LoadROM((dir / "game.smc").c_str()), 0);
+        ASSERT_EQ(Trelvane_PatchFile_Open((dir / "s.asm").c_str()), 1);
+        Trelvane_FreeROM(-1);
+        if (reload) {
+            ASSERT_NE(Trelvane_LoadROM((dir / "game.smc").c_str()), 0);
+        }
+        EXPECT_EQ(Trelvane_PatchFile_Process(), 0);
+        EXPECT_EQ(Trelvane_GetLastErrorCode(), TLERR_PATCH_IMAGE_GONE);
+        EXPECT_STREQ(Trelvane_GetLastError(), "The ROM image of the open patch file was freed or replaced.");
+        EXPECT_EQ(Trelvane_PatchFile_Process(), 0);
+        if (reload) {
+            EXPECT_EQ(CurrentRomByte(0x10), 0x00);
+        }
+        Trelvane_PatchFile_Close();
+        Trelvane_FreeROM(-1);
+    }
+}
+
 TEST(CpuDescriptionTest, DescriptionsByImageType) {
     const struct {
         int type;

@@ -152,6 +152,59 @@ TEST(StatementsTest, NameAndSymbolLimits) {
     EXPECT_EQ(RunScript(script).errors, Errors({"t.asm:10001,9:Too many symbols (at most 10000)."}));
 }
 
+TEST(StatementsTest, NumbersWiderThan32BitsAreRefused) {
+    const struct {
+        const char* text;
+        Errors errors;
+    } cases[] = {
+        {"c0 .EQL 1000000000h", {"t.asm:2,9:1000000000h does not fit into 32 bits."}},
+        {"lda 4294967297", {"t.asm:2,5:4294967297 does not fit into 32 bits."}},
+        {"jsl 100000000h", {"t.asm:2,5:100000000h does not fit into 32 bits."}},
+        {".BYTE 1, 4294967296", {"t.asm:2,10:4294967296 does not fit into 32 bits."}},
+        {"$v 100000000h", {"t.asm:2,4:100000000h does not fit into 32 bits."}},
+        {".POINTER 2 @ 100000000h", {"t.asm:2,14:100000000h does not fit into 32 bits."}},
+        {".PATCH 100000010h: 01",
+         {"t.asm:2,8:100000010h does not fit into 32 bits.", "t.asm:2,18:Unknown command: :", "t.asm:2,20:Unknown command: 01"}},
+    };
+    for (const auto& c : cases) {
+        const ScriptRun run = RunScript(std::string(".ADDRESS 8000h\n") + c.text);
+        EXPECT_EQ(run.errors, c.errors) << c.text;
+        EXPECT_EQ(run.image, Bytes(SCRIPT_IMAGE_SIZE, 0)) << c.text;
+    }
+    const ScriptRun widest = RunScript(".ADDRESS 8000h\n.BYTE 4294967295\n.WORD 0FFFFFFFFh");
+    EXPECT_EQ(widest.errors, Errors{});
+    EXPECT_EQ(widest.At(0x8000, 4), Bytes({0xFF, 0xFF, 0xFF, 0x00}));
+}
+
+TEST(StatementsTest, CodeBeforeTheFirstAddressIsRefused) {
+    const ScriptRun run = RunScript("mac .MACRO\nnop\n.ENDM\nnop\n.BYTE 1, 2\n  here:\n.POINTER 2 @ 10h\n_mac\n"
+                                    "k .EQL 5\n.PATCH 20h: 77\n.ADDRESS 8000h\n_mac");
+    EXPECT_EQ(run.errors, Errors({"t.asm:4,1:Code needs an .ADDRESS before it.", "t.asm:5,1:Code needs an .ADDRESS before it.",
+                                  "t.asm:6,3:Code needs an .ADDRESS before it.", "t.asm:7,1:Code needs an .ADDRESS before it.",
+                                  "t.asm:8,1:Code needs an .ADDRESS before it."}));
+    Bytes expected(SCRIPT_IMAGE_SIZE, 0);
+    expected[0x20] = 0x77;
+    expected[0x8000] = 0xEA;
+    EXPECT_EQ(run.image, expected);
+}
+
+// Names unlike each other from their first letters on, as real scripts have them.
+std::string VariedName(int i) {
+    std::string name;
+    for (unsigned n = static_cast<unsigned>(i) * 2654435761u + 12345u; name.size() < static_cast<size_t>(8 + i % 12); n = n * 1103515245u + 12345u)
+        name += static_cast<char>('a' + (n >> 16) % 26);
+    return name + std::to_string(i);
+}
+
+TEST(StatementsTest, TenThousandSymbolsOfAnyNames) {
+    std::string script = ".ADDRESS 8000h\n";
+    for (int i = 0; i < MAX_SYMBOLS - 1; ++i) script += VariedName(i) + " .EQL " + std::to_string(i) + "\n";
+    script += "$last 7E0010h\nlda " + VariedName(9998) + "\nsta last\n$extra 10h\n";
+    const ScriptRun run = RunScript(script);
+    EXPECT_EQ(run.errors, Errors({"t.asm:10004,8:Too many symbols (at most 10000)."}));
+    EXPECT_EQ(run.At(0x8000, 7), Bytes({0xA9, 0x0E, 0x27, 0x8F, 0x10, 0x00, 0x7E}));
+}
+
 TEST(StatementsTest, GenericImagesHaveNoInstructions) {
     const ScriptRun run = RunScript(".ADDRESS 100h\n.BYTE 1\nlda 5\n.PATCH 200h: 77", ROM_GB);
     EXPECT_EQ(run.errors, Errors({"t.asm:3,5:Expected .MACRO, found: 5"}));

@@ -175,6 +175,25 @@ TEST(SourceReaderTest, MatchLooksAheadWithoutMovingAndEndsWithoutAnAutomaton) {
     EXPECT_EQ(reader.Match(), TOKEN_END);
 }
 
+TEST(SourceReaderTest, WordsWinWhereNoPatternReadsFurther) {
+    SourceReader reader(READER_SKIP_SPACE);
+    ASSERT_TRUE(reader.AddPattern(1, "[a-z|A-Z][a-z|A-Z|0-9|_]*"));
+    ASSERT_TRUE(reader.AddPattern(2, "[0-9]+h"));
+    reader.AddWord(7, "Count");
+    reader.AddWord(8, "12hx");
+    reader.AddWord(9, "12h");
+    reader.AddWord(10, "lives");
+    reader.AddWord(11, "LIVES");  // the same word again: the new kind
+    reader.OpenText("t", "count COUNT counter coun 12hx 12h 12hxy lives+x");
+    const TokenList expected = {{7, "count"}, {7, "COUNT"}, {1, "counter"}, {1, "coun"}, {8, "12hx"},
+                                {9, "12h"}, {8, "12hx"}, {1, "y"}, {11, "lives"}, {TOKEN_UNKNOWN, "+"}, {1, "x"}};
+    EXPECT_EQ(RemainingTokens(reader), expected);
+    reader.OpenText("t", "  12hx");
+    reader.NextToken();
+    EXPECT_EQ(reader.TokenColumn(), 3);
+    EXPECT_EQ(reader.TokenEndColumn(), 7);
+}
+
 TEST(NumberHelpersTest, DecimalHexAndSubstring) {
     // Decimal skips what is not a digit and wraps at 32 bits; a final "h" shifts back arithmetically.
     const std::pair<const char*, int32_t> decimals[] = {
