@@ -183,7 +183,7 @@ bool AnonymousReference(const AsmSession& session, std::string_view text, Expres
 
 int64_t CharacterCode(const AsmSession& session, char c) {
     const char text[2] = {c, 0};
-    const EncodedText encoded = session.tableFont ? EncodeText(session.tableFont, text, false) : EncodedText{};
+    const EncodedText encoded = session.tableFont ? EncodeText(session.tableFont, text, UNTERMINATED_ENCODING) : EncodedText{};
     return encoded.length == 1 ? encoded.bytes[0] : static_cast<unsigned char>(c);
 }
 

@@ -44,7 +44,7 @@ std::vector<int32_t> AllMatches(MatchFinder find, const std::vector<unsigned cha
 bool EncodedPattern(const CLI::App& verb, const FindOptions& options, std::vector<unsigned char>& pattern) {
     const long font = Trelvane_LoadFont(options.table.c_str());
     if (!font) return VerbEngineError(verb), false;
-    const EncodedText encoded = EncodeText(font, options.text.c_str(), false);
+    const EncodedText encoded = EncodeText(font, options.text.c_str(), UNTERMINATED_ENCODING);
     if (!encoded.bytes || encoded.length == 0)
         return VerbError(verb, "'" + options.text + "' cannot be encoded with " + options.table), false;
     pattern.assign(encoded.bytes, encoded.bytes + encoded.length);
