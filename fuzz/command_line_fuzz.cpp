@@ -75,19 +75,21 @@ Files InitialFiles() {
     };
 }
 
-// Makes a fresh private folder the current one, and removes it when the fuzzer ends.
-bool EnterPrivateFolder() {
+const fs::path& PrivateFolder() {
     static const fs::path folder = ScratchName("-command-line");
+    return folder;
+}
+
+// Makes a fresh private folder, removed when the fuzzer ends.
+bool MakePrivateFolder() {
     std::error_code error;
-    fs::remove_all(folder, error);
-    if (!fs::create_directory(folder, error)) return false;
-    fs::current_path(folder, error);
+    fs::remove_all(PrivateFolder(), error);
+    if (!fs::create_directory(PrivateFolder(), error)) return false;
     std::atexit([] {
         std::error_code ignored;
-        fs::current_path(folder.parent_path(), ignored);
-        fs::remove_all(folder, ignored);
+        fs::remove_all(PrivateFolder(), ignored);
     });
-    return !error && std::freopen("/dev/null", "w", stdout) != nullptr;
+    return std::freopen("/dev/null", "w", stdout) != nullptr;
 }
 
 // Puts the folder back as it was before the first run: every file a command
@@ -135,9 +137,10 @@ void ResetEngine() {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     static const Files files = InitialFiles();
-    static const bool ready = EnterPrivateFolder();
+    static const bool ready = MakePrivateFolder();
+    const InsideFolder inside(PrivateFolder());
     std::vector<std::string> arguments;
-    if (!ready || !SplitArguments(data, size, arguments) || !RestoreFolder(files)) return 0;
+    if (!ready || !inside.entered() || !SplitArguments(data, size, arguments) || !RestoreFolder(files)) return 0;
     std::vector<char*> argv;
     for (std::string& argument : arguments) argv.push_back(argument.data());
     argv.push_back(nullptr);

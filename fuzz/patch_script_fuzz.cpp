@@ -43,15 +43,18 @@ void RunScript(const char* image) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    static const std::filesystem::path folder = ScratchName("-patch");
     static bool ready = [] {
         std::error_code error;
-        std::filesystem::path folder = ScratchName("-patch");
         std::filesystem::create_directories(folder, error);
-        if (error || chdir(folder.c_str()) != 0) return false;
-        return WriteInput("library.txt", reinterpret_cast<const uint8_t*>(kLibrary), sizeof kLibrary - 1) &&
+        const InsideFolder inside(folder);
+        return !error && inside.entered() &&
+               WriteInput("library.txt", reinterpret_cast<const uint8_t*>(kLibrary), sizeof kLibrary - 1) &&
                WriteImage("game.smc", 512, 0x10000) && WriteImage("game.gb", 0, 0x8000);
     }();
-    if (!ready || !WriteInput("script.txt", data, size) || !WriteInput("self.txt", data, size)) return 0;
+    const InsideFolder inside(folder);
+    if (!ready || !inside.entered() || !WriteInput("script.txt", data, size) || !WriteInput("self.txt", data, size))
+        return 0;
     RunScript("game.smc");
     RunScript("game.gb");
     return 0;

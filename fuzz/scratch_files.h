@@ -20,6 +20,27 @@ inline std::string ScratchName(const std::string& suffix) {
     return folder + "/trelvane-fuzz-" + std::to_string(getpid()) + suffix;
 }
 
+// Makes folder the current one for one input and goes back to the folder the
+// fuzzer was started in afterwards, so that a relative corpus path still
+// names the corpus when libFuzzer writes new inputs into it.
+class InsideFolder {
+public:
+    explicit InsideFolder(const std::filesystem::path& folder) : previous_(std::filesystem::current_path(error_)) {
+        if (!error_) std::filesystem::current_path(folder, error_);
+    }
+    ~InsideFolder() {
+        std::error_code ignored;
+        std::filesystem::current_path(previous_, ignored);
+    }
+    InsideFolder(const InsideFolder&) = delete;
+    InsideFolder& operator=(const InsideFolder&) = delete;
+    bool entered() const { return !error_; }
+
+private:
+    std::error_code error_;
+    std::filesystem::path previous_;
+};
+
 inline bool WriteInput(const std::string& name, const uint8_t* data, size_t size) {
     std::FILE* file = std::fopen(name.c_str(), "wb");
     if (!file) return false;

@@ -12,14 +12,8 @@ ensure_packages test
 
 FUZZ_SECONDS=${FUZZ_SECONDS:-8}
 
-echo "== fuzz targets (${FUZZ_SECONDS} s each)"
-cmake --preset fuzz >/dev/null
-cmake --build --preset fuzz -j2
-mkdir -p build/fuzz/runs
-for target in build/fuzz/fuzz/*_fuzz; do
-    echo "-- $(basename "$target")"
-    (cd build/fuzz/runs && "../../../$target" -max_total_time="$FUZZ_SECONDS" -print_final_stats=0 2>&1 | tail -n 1)
-done
+echo "== fuzz targets (${FUZZ_SECONDS} s each, from their seed corpora)"
+bash scripts/fuzz.sh "$FUZZ_SECONDS"
 
 echo "== release build (tests and benchmarks)"
 cmake --preset release >/dev/null

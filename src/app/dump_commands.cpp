@@ -44,9 +44,19 @@ bool CheckTableShape(int64_t table, int64_t size, int64_t frequency) {
     return false;
 }
 
+// A text address wider than 32 bits is refused as not supported, never cut
+// down to the 32 bits of the engine's addresses.
+bool CheckTextAddress(int64_t address) {
+    if (address >= 0 && address <= UINT32_MAX) return true;
+    Trelvane_SetStringData(0, ("Text address " + std::to_string(address)).c_str());
+    PrintMessageLine(TLERR_UNSUPPORTED);
+    return false;
+}
+
 }  // namespace
 
 int RunScriptDump(const CommandLine& line) {
+    if (!CheckTextAddress(ParseNumberArgument(line.argv[5]))) return -1;
     if (!LoadImageAndTable(line)) return FailWithLastError();
     long count = CountArgument(line, 6);
     std::printf("%s ", Trelvane_GetString(TLMSG_PTABLE_SEARCHING));

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "core/file_bytes.h"
+#include "core/system_path.h"
 
 #ifdef _WIN32
 #include <windows.h>
@@ -75,8 +75,15 @@ const std::string_view* FindOverride(const MessageOverrides& table, std::string_
     return nullptr;
 }
 
-bool ReadMessageFile(std::vector<unsigned char>& bytes) {
-    if (ReadFileBytes(kFileName, bytes)) return true;
-    std::string folder = ExecutableFolder();
-    return !folder.empty() && ReadFileBytes((folder + kFileName).c_str(), bytes);
+MessageFileStamp StampOfMessageFile() {
+    std::string path = kFileName;
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(SystemPath(path.c_str()), error)) {
+        const std::string folder = ExecutableFolder();
+        if (folder.empty()) return {};
+        path = folder + kFileName;
+    }
+    const std::filesystem::path system = SystemPath(path.c_str());
+    MessageFileStamp stamp{path, std::filesystem::file_size(system, error), std::filesystem::last_write_time(system, error)};
+    return error ? MessageFileStamp{} : stamp;
 }

@@ -1,6 +1,9 @@
 // The message file "trelvane.msg", whose entries replace catalogue texts.
 #pragma once
 
+#include <cstdint>
+#include <filesystem>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -26,6 +29,15 @@ void ParseMessageOverrides(std::string_view text, MessageOverrides& table);
 // The replacement text of the first entry called name, or null.
 const std::string_view* FindOverride(const MessageOverrides& table, std::string_view name);
 
-// Reads "trelvane.msg" from the current directory, else from the folder of
-// the running executable. False when neither can be read.
-bool ReadMessageFile(std::vector<unsigned char>& bytes);
+// Which message file is in force and its state: "trelvane.msg" in the
+// current directory, else in the folder of the running executable; an empty
+// path when there is none.
+struct MessageFileStamp {
+    std::string path;
+    uintmax_t size = 0;
+    std::filesystem::file_time_type written{};
+
+    bool operator==(const MessageFileStamp&) const = default;
+};
+
+MessageFileStamp StampOfMessageFile();

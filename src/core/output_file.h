@@ -4,8 +4,11 @@
 // an existing target exactly as it was. A replaced file keeps its mode, a
 // new one gets the platform's usual mode (0666 less the umask).
 //
-// Shared by the engine and the front end: the front end links only the
-// library's exported interface, so it is built into both.
+// A temporary file never outlives the command: where the file system allows
+// it (Linux) it has no name until it is complete, so it vanishes with a
+// killed process; a named one is removed when the user interrupts the
+// program, and those of processes that ended otherwise are removed by the
+// next output into the same folder (temporary_files.h).
 #pragma once
 
 #include <cstddef>
@@ -31,10 +34,15 @@ public:
     bool Commit();
 
 private:
+    bool OpenTemporary(int mode);
+    bool NameUnnamed();
+    void ForgetTemporary();
     void Discard();
 
     std::string target_;
-    std::string temporary_;
+    std::string folder_;
+    std::string temporary_;  // empty while the temporary has no name
+    int registration_ = -1;
     int file_ = -1;
     bool failed_ = false;
 };
@@ -42,7 +50,3 @@ private:
 // Writes size bytes as the whole of the file at path, all or nothing. False
 // when it cannot be created or written.
 bool WriteOutputFile(const char* path, const void* bytes, size_t size);
-
-// True when path names an existing regular file that this process may write:
-// saves that update a file never create one.
-bool IsRewritableFile(const char* path);

@@ -8,6 +8,7 @@
 #include "core/game_boy_header.h"
 #include "core/last_error.h"
 #include "core/output_file.h"
+#include "core/platform_files.h"
 #include "core/rom_formats.h"
 #include "trelvane.h"
 

@@ -6,6 +6,7 @@
 #include "core/file_view.h"
 #include "core/last_error.h"
 #include "core/output_file.h"
+#include "core/platform_files.h"
 #include "core/same_file.h"
 #include "trelvane.h"
 

@@ -158,6 +158,9 @@ TEST_F(ScriptCommandsTest, PointerDump) {
               "Pointer size 4294967298 not supported.\n");
     ExpectRun({"x", "game.tbl", "refused.txt", "100005000h", "2", "1"}, 255,
               "Pointer table 4294987776 not supported.\n");
+    // A text address beyond 32 bits is refused too, not dumped at its low 32 bits.
+    ExpectRun({"d", "game.tbl", "refused.txt", "1FFFFFFFFh", "1"}, 255, "Text address 8589934591 not supported.\n");
+    ExpectRun({"d", "game.tbl", "refused.txt", "100001010h"}, 255, "Text address 4294971408 not supported.\n");
     EXPECT_FALSE(FileExists(dir / "refused.txt"));
     ExpectRun({"x", "game.tbl", "missing/out.txt", "5000h", "2", "1"}, 255, "Error creating missing/out.txt.\n");
 }

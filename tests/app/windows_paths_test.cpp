@@ -5,6 +5,7 @@
 // another way.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <string>
 #include <utility>
@@ -78,6 +79,34 @@ TEST_F(WindowsPathsTest, BlanksAndAccentedLettersInTheImageName) {
         EXPECT_EQ(Run({"roms\\" + name + ".smc", "i", "roms\\old.smc"}), (RunResult{0, ""})) << name;
         EXPECT_EQ(ReadText(dir / ("roms/" + name + ".ips")), kPatch) << name;
     }
+}
+
+// Outputs go through the same code page as inputs: the commands that write
+// a ROM, or a patch beside it, can write into a folder whose name has
+// accented letters (other arguments keep to the characters the command line
+// allows), and leave nothing else behind there.
+TEST_F(WindowsPathsTest, WritingIntoFoldersWithAccentedLetters) {
+    const std::string folder = "Jeu été", windows = "Jeu été\\";
+    std::filesystem::create_directories(dir / folder);
+    WriteFile(dir / (folder + "/old.smc"), kOriginal);
+    WriteFile(dir / (folder + "/new.smc"), kModified);
+    EXPECT_EQ(Run({windows + "new.smc", "i", "roms\\old.smc"}), (RunResult{0, ""}));
+    EXPECT_EQ(ReadText(dir / (folder + "/new.ips")), kPatch);
+    WriteFile(dir / "fix.ips", kPatch);
+    EXPECT_EQ(Run({windows + "old.smc", "p", "fix.ips"}), (RunResult{0, "fix.ips: Patch successful\n"}));
+    EXPECT_EQ(ReadFile(dir / (folder + "/old.smc")), kModified);
+    Bytes game(512 + 0x1000);
+    for (size_t i = 512; i < game.size(); ++i) game[i] = static_cast<unsigned char>(i * 5 + 1);
+    WriteFile(dir / "roms/game.smc", game);
+    WriteFile(dir / (folder + "/tiles.smc"), Bytes(game.size()));
+    EXPECT_EQ(Run({"roms\\game.smc", "b", "0", "sheet.bmp"}), (RunResult{0, ""}));
+    EXPECT_EQ(Run({windows + "tiles.smc", "f", "0", "sheet.bmp"}), (RunResult{0, "sheet.bmp: Graphics updated\n"}));
+    EXPECT_EQ(ReadFile(dir / (folder + "/tiles.smc")), game);
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(dir / folder))
+        names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    EXPECT_EQ(names, (std::vector<std::string>{"new.ips", "new.smc", "old.smc", "tiles.smc"}));
 }
 
 TEST_F(WindowsPathsTest, MessageFileBesideTheExecutable) {

@@ -136,9 +136,26 @@ TEST_F(MessagesTest, MessageFileOverridesTexts) {
     SetError(TLERR_FILE_NOWRITE, "a.nes", 0, 0);
     EXPECT_STREQ(Trelvane_GetLastError(), "Kann a.nes nicht schreiben");
     EXPECT_STREQ(Trelvane_GetString(TLERR_ID_BAD), "Unknown parameter [nope] in error format TLERR_FILE_NOWRITE.");
-    // The file is read anew for every lookup.
+    // A changed file is read again.
     WriteFile(dir / "trelvane.msg", "nothing here");
     EXPECT_STREQ(Trelvane_GetString(MSG_USAGE_POINTER_DUMP), "pointer dump");
+}
+
+// The message file is read once, not for every text printed: bytes changed
+// behind its back (same size, same time) are not seen; a file that comes
+// into force or goes is.
+TEST_F(MessagesTest, TheMessageFileIsReadOnceWhileItStaysTheSame) {
+    const std::string first = "TRELVANE_MESSAGE(TLERR_NONE, \"first\")";
+    WriteFile(dir / "trelvane.msg", first);
+    EXPECT_STREQ(Trelvane_GetString(TLERR_NONE), "first");
+    const auto written = std::filesystem::last_write_time(dir / "trelvane.msg");
+    WriteFile(dir / "trelvane.msg", "TRELVANE_MESSAGE(TLERR_NONE, \"other\")");
+    std::filesystem::last_write_time(dir / "trelvane.msg", written);
+    EXPECT_STREQ(Trelvane_GetString(TLERR_NONE), "first");
+    std::filesystem::remove(dir / "trelvane.msg");
+    EXPECT_STREQ(Trelvane_GetString(TLERR_NONE), "No errors occurred.");
+    WriteFile(dir / "trelvane.msg", "TRELVANE_MESSAGE(TLERR_NONE, \"third\")");
+    EXPECT_STREQ(Trelvane_GetString(TLERR_NONE), "third");
 }
 
 }  // namespace

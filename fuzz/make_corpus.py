@@ -1,0 +1,142 @@
+#!/usr/bin/env python3
+"""Writes the seed corpora of the fuzz targets: fuzz/corpus/<target>/, a few
+small valid inputs each, so that every target starts from inputs that pass
+its first checks. Usage: make_corpus.py [CORPUS_FOLDER]."""
+import os
+import struct
+import sys
+import zlib
+
+
+def bmp(width, height, pixels):
+    """A 16-colour bitmap, rows bottom-up, two pixels a byte, rows padded to 4 bytes."""
+    row_bytes = ((width + 1) // 2 + 3) // 4 * 4
+    rows = b""
+    for y in reversed(range(height)):
+        row = bytearray(row_bytes)
+        for x in range(width):
+            value = pixels[y * width + x] & 15
+            row[x // 2] |= value << 4 if x % 2 == 0 else value
+        rows += bytes(row)
+    palette = b"".join(struct.pack("<BBBB", i * 17, i * 17, i * 17, 0) for i in range(16))
+    offset = 14 + 40 + len(palette)
+    header = b"BM" + struct.pack("<IHHI", offset + len(rows), 0, 0, offset)
+    info = struct.pack("<IiiHHIIiiII", 40, width, height, 1, 4, 0, len(rows), 2835, 2835, 16, 0)
+    return header + info + palette + rows
+
+
+def number(value):
+    """A BPS/UPS number: seven bits a byte, the last byte's top bit set."""
+    out = bytearray()
+    while True:
+        low = value & 0x7F
+        value >>= 7
+        if value == 0:
+            out.append(0x80 | low)
+            return bytes(out)
+        out.append(low)
+        value -= 1
+
+
+def delta(magic, body, source, target):
+    patch = magic + body + struct.pack("<II", zlib.crc32(source), zlib.crc32(target))
+    return patch + struct.pack("<I", zlib.crc32(patch))
+
+
+def bps(source, target):
+    """SourceRead of the common start, TargetRead of the rest."""
+    same = 0
+    while same < min(len(source), len(target)) and source[same] == target[same]:
+        same += 1
+    actions = b""
+    if same:
+        actions += number((same - 1) << 2 | 0)
+    if len(target) > same:
+        actions += number((len(target) - same - 1) << 2 | 1) + target[same:]
+    return delta(b"BPS1", number(len(source)) + number(len(target)) + number(0) + actions, source, target)
+
+
+def ups(source, target):
+    """One hunk over the differing bytes, which must hold no equal byte between them."""
+    differing = [i for i in range(len(target)) if i >= len(source) or source[i] != target[i]]
+    hunks = b""
+    if differing:
+        first, last = differing[0], differing[-1]
+        hunks = number(first) + bytes(target[i] ^ (source[i] if i < len(source) else 0)
+                                      for i in range(first, last + 1)) + b"\0"
+    return delta(b"UPS1", number(len(source)) + number(len(target)) + hunks, source, target)
+
+
+def ips(records):
+    return b"PATCH" + b"".join(struct.pack(">I", at)[1:] + struct.pack(">H", len(data)) + data
+                               for at, data in records) + b"EOF"
+
+
+def pair(original, modified):
+    """An original/modified pair as the patch targets read one: its first half and second half."""
+    return original + modified
+
+
+def image_with_table():
+    """A small image: two-byte pointers at 10h to three strings at 40h, each ending in FFh."""
+    image = bytearray(0x100)
+    strings = [b"\x41\x42\xFF", b"\x42\x41\x41\xFF", b"\x41\xFF"]
+    at = 0x40
+    for k, text in enumerate(strings):
+        image[0x10 + 2 * k:0x12 + 2 * k] = struct.pack("<H", at)
+        image[at:at + len(text)] = text
+        at += len(text)
+    return bytes(image)
+
+
+THINGY = b"41=A\n42=B\n20= \n/FF\n*FE\n"
+TABLE = b'; Trelvane table\r\n\r\n[20]   " "\r\n[41]   "A"\r\n[42]   "B"\r\n[FE]   newline\r\n[FF]   terminal\r\n'
+SCRIPT = (b'load "game.tbl"\ntextaddress 100h (80)\npointertable 10h\npointersize 2\n'
+          b"[0000]\nHello\n[0001]\nWorld\n")
+PATCH_SCRIPT = b".ADDRESS 808000h\nstart: lda #$12\nsta $7E0000\njsl start\nrtl\n.PATCH 808100h: EA EA 60\n"
+MACRO_SCRIPT = b"m1 .MACRO value\nlda #value\n.ENDM\n.ADDRESS 818000h\nm1 5\nrts\nc0 .EQL 10h\n.DB c0, 1, 2\n"
+
+CORPORA = {
+    "bmp_fuzz": {"sheet.bmp": bmp(8, 8, list(range(64))), "wide.bmp": bmp(16, 8, [i % 16 for i in range(128)]),
+                 "one.bmp": bmp(1, 1, [15])},
+    "bps_apply_fuzz": {"small.bps": bps(b"ABCDEFGH", b"ABCXYZGHIJ"), "grow.bps": bps(b"", b"new bytes"),
+                       "pair": pair(b"original bytes", b"modified bytes")},
+    "ups_apply_fuzz": {"small.ups": ups(b"ABCDEFGH", b"ABCxEFGH"), "grow.ups": ups(b"AB", b"ABCD")},
+    "ips_apply_fuzz": {"two.ips": ips([(0, b"AB"), (0x10, b"\x01\x02\x03")]), "empty.ips": ips([]),
+                       "pair": pair(b"\x00\x11\x22\x33", b"\x00\xAA\x22\x33")},
+    "codec_fuzz": {"text": b"AB A\nBA[41][FF]", "bytes": b"\x41\x42\x20\x41\xFE\x42\xFF"},
+    "command_line_fuzz": {"patch": b"game.smc\np\npatch.ips", "tiles": b"game.smc\nb\n0\nout.bmp\nSNES",
+                          "dump": b"game.nes\nd\ngame.tbl\nout.txt\n100h\n2", "insert": b"game.nes\nt\nscript.txt",
+                          "words": b"\x01\x16\x06"},
+    "finder_fuzz": {"table": image_with_table(), "plain": b"\x10\x00\x00\x00" + b"\x41\x42\xFF" * 20},
+    "insert_fuzz": {"script.txt": SCRIPT, "pointers.txt": SCRIPT.replace(b"pointersize 2", b"pointersize 3")},
+    "message_file_fuzz": {"trelvane.msg": b'TRELVANE_MESSAGE(TLERR_NONE, "All fine.")\n'
+                                          b'TRELVANE_MESSAGE(TLERR_FILE_NOREAD, "Kann [file] nicht lesen")\n'},
+    "patch_script_fuzz": {"code.txt": PATCH_SCRIPT, "macro.txt": MACRO_SCRIPT,
+                          "include.txt": b'.INCLUDE "library.txt"\n.ADDRESS 808000h\nrtl\n'},
+    "pattern_fuzz": {"words": b"\x00abc\n[0-9]+\nlda\n", "lexicon": b"\x02[A-Z]+h\n\"[^\"]*\"\n"},
+    "reader_fuzz": {"script.txt": SCRIPT, "table.txt": TABLE, "patch.txt": PATCH_SCRIPT},
+    "rom_image_fuzz": {"image": bytes(range(256)) * 4, "short": b"\x01\x02\x03"},
+    "script_dump_fuzz": {"found": b"\x00" + struct.pack("<i", 0x40) + b"\x00\x00" + b"\x00" * 4 + b"\x03"
+                                  + image_with_table(),
+                         "by-hand": b"\x01" + struct.pack("<i", 0x10) + b"\x02\x01" + b"\x00" * 4 + b"\x03"
+                                    + image_with_table()},
+    "table_fuzz": {"game.txt": TABLE, "alternatives.txt": b'[41] "A" {a}\n[FF] terminal\n'},
+    "thingy_fuzz": {"game.tbl": THINGY, "pairs.tbl": b"8140=AB\n41=A\n/00\n"},
+    "tile_codec_fuzz": {"nes": b"\x00\x10\x10\x00\x00" + bytes(range(64)), "snes": b"\x02\x18\x08\x10\x00"
+                        + bytes(range(128))},
+}
+
+
+def main():
+    root = sys.argv[1] if len(sys.argv) > 1 else os.path.join(os.path.dirname(os.path.abspath(__file__)), "corpus")
+    for target, files in CORPORA.items():
+        folder = os.path.join(root, target)
+        os.makedirs(folder, exist_ok=True)
+        for name, data in files.items():
+            with open(os.path.join(folder, name), "wb") as out:
+                out.write(data)
+
+
+if __name__ == "__main__":
+    main()
