@@ -25,7 +25,11 @@ public:
             auto before = std::prev(next);
             if (target < before->second) return before->second == end;
         }
-        if (next != strings_.end() && end > next->first) return false;
+        if (next != strings_.end() && end > next->first) {
+            if (next->second != end) return false;
+            Remove(next);  // a tail of this string, taken in before it
+            next = strings_.upper_bound(target);
+        }
         bool joinsBefore = next != strings_.begin() && std::prev(next)->second == target;
         bool joinsAfter = next != strings_.end() && next->first == end;
         strings_.emplace(target, end);
@@ -35,6 +39,13 @@ public:
     bool Unbroken() const { return blocks_ == 1; }
 
 private:
+    void Remove(std::map<int64_t, int64_t>::iterator at) {
+        bool joinsBefore = at != strings_.begin() && std::prev(at)->second == at->first;
+        bool joinsAfter = std::next(at) != strings_.end() && std::next(at)->first == at->second;
+        blocks_ -= 1 - (joinsBefore ? 1 : 0) - (joinsAfter ? 1 : 0);
+        strings_.erase(at);
+    }
+
     std::map<int64_t, int64_t> strings_;
     int64_t blocks_ = 0;
 };
