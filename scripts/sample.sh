@@ -200,5 +200,50 @@ step_patch_script() {
     echo
 }
 
-STEPS=(build generate usage create_ips apply_ips create_bps apply_bps wrong_rom_bps tiles convert_table locate dump translate insert check patch_script)
+# The hook of bonus.txt again, in the Super NES community's common syntax, with
+# the image read as LoROM: image offset 8010h (the main loop) is address
+# 818010h there, and the free space at 18000h is 838000h.
+write_lorom_hook() {
+    cat >"$WORK/hook.asm" <<'SOURCE'
+; hook.asm: every 100 coins give an extra life (LoROM addresses)
+lorom
+!lives = $10                ; work RAM, reached through the direct page
+!coins = $12
+
+org $818010                 ; the main loop's "inc $0014 : nop"
+    jsl Bonus
+
+org $838000                 ; free space
+Bonus:
+    inc $0014               ; the frame count that the hook replaced
+-   lda !coins
+    cmp.w #100              ; the game runs with 16-bit registers: .w
+    bcc +                   ; fewer than 100 coins left
+    sbc.w #100
+    sta !coins
+    inc !lives
+    bra -
++   rtl
+SOURCE
+}
+
+step_asm_hook() {
+    echo "== assembling a LoROM hook in the common syntax into a BPS patch, then applying it"
+    write_lorom_hook
+    cat "$WORK/hook.asm"
+    echo
+    run asm sample.smc hook.asm --map lorom --bps hook.bps
+    echo "hook.bps: $(wc -c <"$WORK/hook.bps") bytes"
+    cp "$WORK/sample.smc" "$WORK/hooked.smc"
+    run hooked.smc p hook.bps
+    echo "the hook at image offset 8010h:"
+    od -An -tx1 -v -j $((512 + 0x8010)) -N 4 "$WORK/hooked.smc"
+    echo "the routine at image offset 18000h:"
+    od -An -tx1 -v -j $((512 + 0x18000)) -N 20 "$WORK/hooked.smc"
+    run asm sample.smc hook.asm --map lorom -o direct.smc
+    cmp "$WORK/hooked.smc" "$WORK/direct.smc" && echo "hooked.smc is identical to the image assembled in place"
+    echo
+}
+
+STEPS=(build generate usage create_ips apply_ips create_bps apply_bps wrong_rom_bps tiles convert_table locate dump translate insert check patch_script asm_hook)
 for step in "${STEPS[@]}"; do "step_$step"; done

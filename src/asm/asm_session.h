@@ -4,7 +4,6 @@
 #pragma once
 
 #include <cstdint>
-#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,7 +11,6 @@
 #include <vector>
 
 #include "asm/condition_stack.h"
-#include "asm/join_text.h"
 #include "asm/source_defines.h"
 #include "asm/source_labels.h"
 #include "asm/source_lines.h"
@@ -65,6 +63,7 @@ struct AsmSession {
     SourcePlace place;
     int macroDepth = 0;
     int includeDepth = 0;
+    long linesRun = 0;  // in this pass, macro body lines and included lines counted each time
 
     std::vector<AsmDiagnostic> errors;
     std::vector<AsmDiagnostic> warnings;

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "asm/source_text.h"
 #include "core/text_compare.h"
 
 namespace {
@@ -25,8 +26,7 @@ size_t ClosingBracket(std::string_view text) {
 char IndexSuffix(std::string_view& text) {
     const size_t comma = text.rfind(',');
     if (comma == std::string_view::npos) return 0;
-    std::string_view index = text.substr(comma + 1);
-    while (!index.empty() && index.front() == ' ') index.remove_prefix(1);
+    const std::string_view index = TrimBlanks(text.substr(comma + 1));
     if (index.size() != 1) return 0;
     const char letter = static_cast<char>(index[0] | 0x20);
     if (letter != 'x' && letter != 'y' && letter != 's') return 0;

@@ -6,7 +6,6 @@
 
 #include "core/snes_mapping.h"
 
-// Rewrites checksum and complement: with FF FF 00 00 in their place, the sum of every byte,
-// where an image whose size is no power of two counts its part beyond the largest power of two
-// P below its size as often as it fits into P. False when the image does not reach the header.
+// Rewrites checksum and complement: the image's checksum (core/snes_header.h) taken with
+// FF FF 00 00 in their place. False when the image does not reach them.
 bool FixSnesChecksum(std::vector<unsigned char>& image, SnesMapping mapping);

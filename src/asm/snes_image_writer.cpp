@@ -42,6 +42,10 @@ bool WriteAtProgramCounter(AsmSession& session, const unsigned char* bytes, size
         session.Warning("no org before the first write: assembling at $008000");
         session.pcSet = true;
     }
+    if (!session.mapping) {
+        session.Warning("no mapping from --map, the image's header or the source: assembling as LoROM");
+        session.mapping = SnesMapping::LoRom;
+    }
     const uint32_t address = session.pc;
     session.pc += static_cast<uint32_t>(count);
     return WriteAt(session, address, bytes, count);

@@ -23,6 +23,7 @@ void StartPass(AsmSession& session, const std::vector<unsigned char>& original, 
     session.macros.Clear();
     session.conditions.Clear();
     session.place = {};
+    session.linesRun = 0;
     session.errors.clear();
     session.warnings.clear();
     session.prints.clear();

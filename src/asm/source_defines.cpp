@@ -1,6 +1,6 @@
 #include "asm/source_defines.h"
 
-#include "asm/join_text.h"
+#include "asm/source_text.h"
 
 namespace {
 

@@ -6,17 +6,12 @@
 #include "asm/snes_image_writer.h"
 #include "asm/source_expression.h"
 #include "asm/source_paths.h"
+#include "asm/source_text.h"
 #include "core/file_bytes.h"
 #include "table/table_reader.h"
 #include "table/text_encoder.h"
 
 namespace {
-
-std::string_view Trim(std::string_view text) {
-    while (!text.empty() && (text.front() == ' ' || text.front() == '\t')) text.remove_prefix(1);
-    while (!text.empty() && (text.back() == ' ' || text.back() == '\t')) text.remove_suffix(1);
-    return text;
-}
 
 bool Evaluate(AsmSession& session, std::string_view text, ExpressionValue& value) {
     ExpressionError error;
@@ -43,7 +38,7 @@ bool Org(AsmSession& session, std::string_view operand) {
 
 bool Mapping(AsmSession& session, const std::string& word, std::string_view operand) {
     const std::optional<SnesMapping> named = SnesMappingFromName(word == "sa1rom" ? "sa1" : word.c_str());
-    if (!Trim(operand).empty() && Trim(operand) != "0,1,2,3")
+    if (!TrimBlanks(operand).empty() && TrimBlanks(operand) != "0,1,2,3")
         return session.Error("sa1rom with another block layout than 0,1,2,3 is not supported");
     if (session.options.mapping) {
         if (*session.options.mapping != *named)
@@ -143,7 +138,7 @@ bool Incbin(AsmSession& session, std::string_view operand) {
     const std::vector<unsigned char>* bytes = LoadSourceFileBytes(session, std::string(name));
     if (!bytes) return false;
     int64_t start = 0, end = static_cast<int64_t>(bytes->size());
-    if (!Trim(range).empty()) {
+    if (!TrimBlanks(range).empty()) {
         const size_t dots = range.find("..");
         if (range[0] != ':' || dots == std::string_view::npos)
             return session.Error("an incbin range is written \"file\":start..end");
@@ -159,7 +154,7 @@ bool Incbin(AsmSession& session, std::string_view operand) {
 
 bool Table(AsmSession& session, std::string_view operand) {
     std::string name;
-    if (!ReadQuotedText(operand, name)) name = std::string(Trim(operand));
+    if (!ReadQuotedText(operand, name)) name = std::string(TrimBlanks(operand));
     const std::string path = ResolveSourcePath(session, name);
     const auto loaded = session.tables.find(path);
     if (loaded != session.tables.end()) {
@@ -221,14 +216,14 @@ std::vector<std::string_view> SplitOperandList(std::string_view text) {
         if (quoted) continue;
         depth += c == '(' ? 1 : c == ')' ? -1 : 0;
         if (c != ',' || depth != 0) continue;
-        items.push_back(Trim(text.substr(start, i - start)));
+        items.push_back(TrimBlanks(text.substr(start, i - start)));
         start = i + 1;
     }
     return items;
 }
 
 bool ReadQuotedText(std::string_view text, std::string& out) {
-    text = Trim(text);
+    text = TrimBlanks(text);
     if (text.size() < 2 || text.front() != '"' || text.back() != '"') return false;
     out.clear();
     for (size_t i = 1; i + 1 < text.size(); ++i) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "asm/asm_session.h"
+#include "asm/source_text.h"
 #include "core/hex_digit.h"
 #include "table/text_encoder.h"
 
@@ -189,8 +190,7 @@ int64_t CharacterCode(const AsmSession& session, char c) {
 
 bool EvaluateExpression(const AsmSession& session, std::string_view text, ExpressionValue& value,
                         ExpressionError& error) {
-    while (!text.empty() && (text.back() == ' ' || text.back() == '\t')) text.remove_suffix(1);
-    while (!text.empty() && (text.front() == ' ' || text.front() == '\t')) text.remove_prefix(1);
+    text = TrimBlanks(text);
     if (text.empty()) {
         error = {"an expression is missing", 0};
         return false;

@@ -8,6 +8,7 @@
 #include "asm/operand_forms.h"
 #include "asm/snes_image_writer.h"
 #include "asm/source_expression.h"
+#include "asm/source_text.h"
 
 namespace {
 

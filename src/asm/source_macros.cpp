@@ -1,19 +1,14 @@
 #include "asm/source_macros.h"
 
 #include "asm/source_defines.h"
+#include "asm/source_text.h"
 
 namespace {
-
-std::string_view Trim(std::string_view text) {
-    while (!text.empty() && (text.front() == ' ' || text.front() == '\t')) text.remove_prefix(1);
-    while (!text.empty() && (text.back() == ' ' || text.back() == '\t')) text.remove_suffix(1);
-    return text;
-}
 
 // Splits at commas outside quotes and parentheses.
 std::vector<std::string> SplitItems(std::string_view text) {
     std::vector<std::string> items;
-    if (Trim(text).empty()) return items;
+    if (TrimBlanks(text).empty()) return items;
     int depth = 0;
     bool quoted = false;
     size_t start = 0;
@@ -23,7 +18,7 @@ std::vector<std::string> SplitItems(std::string_view text) {
         if (quoted) continue;
         depth += c == '(' ? 1 : c == ')' ? -1 : 0;
         if (c != ',' || depth != 0) continue;
-        std::string_view item = Trim(text.substr(start, i - start));
+        std::string_view item = TrimBlanks(text.substr(start, i - start));
         if (item.size() >= 2 && item.front() == '"' && item.back() == '"') item = item.substr(1, item.size() - 2);
         items.emplace_back(item);
         start = i + 1;
@@ -40,11 +35,11 @@ const Macro* MacroBook::Find(const std::string& name) const {
 
 bool ReadMacroSignature(std::string_view text, std::string& name, std::vector<std::string>& items,
                         std::string& error) {
-    text = Trim(text);
+    text = TrimBlanks(text);
     size_t end = 0;
     while (end < text.size() && IsNameCharacter(text[end])) ++end;
     name.assign(text.substr(0, end));
-    const std::string_view rest = Trim(text.substr(end));
+    const std::string_view rest = TrimBlanks(text.substr(end));
     if (name.empty() || rest.size() < 2 || rest.front() != '(' || rest.back() != ')') {
         error = "expected name(...) but found '" + std::string(text) + "'";
         return false;

@@ -7,10 +7,14 @@
 #include "asm/source_instruction.h"
 #include "asm/source_lines.h"
 #include "asm/source_paths.h"
+#include "asm/source_text.h"
 
 namespace {
 
 constexpr int MAX_NESTING = 64;
+// Lines one pass may run, macro bodies and included files counted each time they run: a bound
+// for macros and files that call or include themselves more than once.
+constexpr long MAX_LINES_RUN = 10'000'000;
 
 // Statements of the community's assemblers that this one refuses.
 constexpr const char* UNSUPPORTED[] = {
@@ -20,12 +24,6 @@ constexpr const char* UNSUPPORTED[] = {
     "fastrom", "header", "while", "endwhile", "for", "endfor", "rep", "assert", "error", "warn", "warnings",
     "check", "asar", "xkas", "math", "include", "includefrom", "includeonce", "undef", "cleartable",
     "pushtable", "pulltable", "fillword", "filllong", "filldword", "padword", "padlong", "paddword", "reset"};
-
-std::string_view Trim(std::string_view text) {
-    while (!text.empty() && (text.front() == ' ' || text.front() == '\t')) text.remove_prefix(1);
-    while (!text.empty() && (text.back() == ' ' || text.back() == '\t')) text.remove_suffix(1);
-    return text;
-}
 
 std::string Lower(std::string_view text) {
     std::string lower(text);
@@ -50,10 +48,14 @@ public:
     explicit StatementRunner(AsmSession& session) : s_(session) {}
 
     void Line(const std::string& text, int line) {
+        if (++s_.linesRun > MAX_LINES_RUN) {
+            if (s_.linesRun == MAX_LINES_RUN + 1) s_.Error("more than 10,000,000 lines run: do macros or files call themselves?");
+            return;
+        }
         s_.place.line = line;
         s_.place.column = 1;
         if (recording_.active) return Record(text, line);
-        const std::string_view trimmed = Trim(text);
+        const std::string_view trimmed = TrimBlanks(text);
         if (Lower(trimmed.substr(0, 6)) == "macro " || Lower(trimmed) == "macro") return StartMacro(trimmed.substr(5));
         if (Lower(trimmed) == "endmacro") return (void)s_.Error("endmacro without macro");
         for (const Statement& statement : SplitStatements(text)) {
@@ -66,7 +68,7 @@ public:
 
 private:
     void Record(const std::string& text, int line) {
-        if (Lower(Trim(text)) != "endmacro") return recording_.macro.lines.push_back({text, line});
+        if (Lower(TrimBlanks(text)) != "endmacro") return recording_.macro.lines.push_back({text, line});
         recording_.active = false;
         if (recording_.keep && !s_.macros.Add(recording_.name, std::move(recording_.macro)))
             s_.Error("macro " + recording_.name + " is already defined");
@@ -82,7 +84,7 @@ private:
     void Run(std::string_view text) {
         const size_t wordEnd = std::min(text.find_first_of(" \t"), text.size());
         const std::string word = Lower(text.substr(0, wordEnd));
-        if (word == "if" || word == "elseif" || word == "else" || word == "endif") return Condition(word, Trim(text.substr(wordEnd)));
+        if (word == "if" || word == "elseif" || word == "else" || word == "endif") return Condition(word, TrimBlanks(text.substr(wordEnd)));
         if (!s_.conditions.Active()) return;
         if (text[0] == '!' && SetDefine(text)) return;
         std::string expanded, error;
@@ -91,7 +93,7 @@ private:
             for (const Statement& statement : SplitStatements(expanded)) Run(statement.text);
             return;
         }
-        std::string_view rest = Trim(expanded);
+        std::string_view rest = TrimBlanks(expanded);
         if (!Labels(rest) || rest.empty() || rest == "{" || rest == "}") return;
         Command(rest);
     }
@@ -109,13 +111,13 @@ private:
     // "!name = value": true when text is a define statement (set, or refused with an error).
     bool SetDefine(std::string_view text) {
         const size_t nameEnd = NameEnd(text, 1);
-        const std::string_view rest = Trim(text.substr(nameEnd));
+        const std::string_view rest = TrimBlanks(text.substr(nameEnd));
         if (nameEnd == 1 || rest.empty() || nameEnd == text.size() || (text[nameEnd] != ' ' && text[nameEnd] != '\t'))
             return false;
         if (rest.size() > 1 && rest[1] == '=' && std::string_view("+:#?").find(rest[0]) != std::string_view::npos)
             return !s_.Error("the define form " + std::string(rest.substr(0, 2)) + " is not supported");
         if (rest[0] != '=') return false;
-        const std::string_view value = Trim(rest.substr(1));
+        const std::string_view value = TrimBlanks(rest.substr(1));
         std::string unquoted;
         s_.defines.Set(std::string(text.substr(1, nameEnd - 1)), ReadQuotedText(value, unquoted) ? unquoted : std::string(value));
         return true;
@@ -131,16 +133,16 @@ private:
             if (end < text.size() && text[end] == ':') ++end;
             if (end < text.size() && text[end] != ' ' && text[end] != '\t') return true;
             s_.labels.DefineAnonymous(static_cast<int>(signs), text[0] == '+', s_.pc);
-            text = Trim(text.substr(end));
+            text = TrimBlanks(text.substr(end));
             return true;
         }
         while (end < text.size() && text[end] == '.') ++end;
         const size_t dots = end;
         end = NameEnd(text, end);
         if (end == dots || (text[0] >= '0' && text[0] <= '9')) return true;
-        const std::string_view name = text.substr(0, end), rest = Trim(text.substr(end));
+        const std::string_view name = text.substr(0, end), rest = TrimBlanks(text.substr(end));
         if (end < text.size() && text[end] == ':') {
-            text = Trim(text.substr(end + 1));
+            text = TrimBlanks(text.substr(end + 1));
             return Define(name, s_.pc, false);
         }
         if (dots) {
@@ -164,7 +166,7 @@ private:
 
     void Command(std::string_view text) {
         const size_t wordEnd = std::min(text.find_first_of(" \t"), text.size());
-        const std::string_view word = text.substr(0, wordEnd), operand = Trim(text.substr(wordEnd));
+        const std::string_view word = text.substr(0, wordEnd), operand = TrimBlanks(text.substr(wordEnd));
         if (word[0] == '%') return CallMacro(text.substr(1));
         const InstructionResult instruction = AssembleSourceInstruction(s_, word, operand);
         if (instruction != InstructionResult::NotInstruction) return;

@@ -8,6 +8,7 @@
 #include "asm/source_assembler.h"
 #include "core/file_bytes.h"
 #include "core/output_file.h"
+#include "core/snes_header.h"
 #include "patches/bps_create.h"
 #include "patches/ips_format.h"
 #include "verbs/verb_list.h"
@@ -22,8 +23,9 @@ struct AsmArguments {
     bool noChecksum = false;
 };
 
-void PrintDiagnostics(const AsmSession& session) {
-    for (const std::string& line : session.prints) std::printf("%s\n", line.c_str());
+void PrintDiagnostics(const AsmSession& session, bool assembled) {
+    if (assembled)
+        for (const std::string& line : session.prints) std::printf("%s\n", line.c_str());
     for (const AsmDiagnostic& warning : session.warnings)
         std::fprintf(stderr, "%s:%d:%d: warning: %s\n", warning.place.file.c_str(), warning.place.line,
                      warning.place.column, warning.text.c_str());
@@ -73,7 +75,8 @@ int RunAsm(const CLI::App& verb, const AsmArguments& args) {
     const size_t header = original.size() % 1024 == COPIER_HEADER ? COPIER_HEADER : 0;
     AsmSession session;
     session.image.assign(original.begin() + static_cast<long>(header), original.end());
-    if (!args.mapName.empty()) session.options.mapping = SnesMappingFromName(args.mapName.c_str());
+    session.options.mapping = args.mapName.empty() ? DetectSnesMapping(session.image.data(), session.image.size())
+                                                   : SnesMappingFromName(args.mapName.c_str());
     for (const std::string& define : args.defines) {
         const size_t equals = define.find('=');
         std::string name = define.substr(0, equals);
@@ -81,7 +84,7 @@ int RunAsm(const CLI::App& verb, const AsmArguments& args) {
         session.options.defines.emplace_back(name, equals == std::string::npos ? "" : define.substr(equals + 1));
     }
     const bool assembled = AssembleSource(session, args.source);
-    PrintDiagnostics(session);
+    PrintDiagnostics(session, assembled);
     if (!assembled) return 1;
     if (!args.noChecksum && !FixSnesChecksum(session.image, session.Mapping()))
         std::fprintf(stderr, "trelvane asm: warning: the image is too small to hold a checksum; left as it is\n");

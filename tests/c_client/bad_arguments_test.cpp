@@ -70,7 +70,16 @@ TEST_F(BadArgumentsTest, PatchScripts) {
     LoadImage();
     EXPECT_EQ(Trelvane_PatchFile_Open(nullptr), 0);
     EXPECT_EQ(Error(), "Error opening .");
+    EXPECT_EQ(Trelvane_PatchFile_Process(), 0);  // the failed open left nothing to run
+    EXPECT_EQ(Error(), "No patch file is open.");
     Trelvane_PatchFile_Close();
+    Trelvane_PatchFile_Close();
+    // The image freed under an open patch file: later statements are refused.
+    WriteFile(dir / "fix.txt", std::string(".PATCH 0: EA\n"));
+    ASSERT_EQ(Trelvane_PatchFile_Open((dir / "fix.txt").c_str()), 1);
+    Trelvane_FreeROM(-1);
+    EXPECT_EQ(Trelvane_PatchFile_Process(), 0);
+    EXPECT_EQ(Error(), "The ROM image of the open patch file was freed or replaced.");
     Trelvane_PatchFile_Close();
 }
 

@@ -20,7 +20,8 @@ const Exported trelvane_exported[] = {
     (Exported)Trelvane_AdjustPointerTable, (Exported)Trelvane_Locate,         (Exported)Trelvane_LocateWide,
     (Exported)Trelvane_LocateRelative,   (Exported)Trelvane_InsertFromFile,   (Exported)Trelvane_DecodeTiles,
     (Exported)Trelvane_EncodeTiles,      (Exported)Trelvane_WriteBMP,         (Exported)Trelvane_LoadBMP,
-    (Exported)Trelvane_GetImageInfo,     (Exported)Trelvane_ParseNumber,
+    (Exported)Trelvane_GetImageInfo,     (Exported)Trelvane_ParseNumber,      (Exported)Trelvane_WritePNG,
+    (Exported)Trelvane_LoadPNG,
 };
 
 static int failures = 0;

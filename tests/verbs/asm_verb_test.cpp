@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "support/test_support.h"
+#include "verbs/test_images.h"
 
 namespace {
 
@@ -15,6 +16,13 @@ constexpr const char* kChecksum = R"(import sys
 d = bytearray(open(sys.argv[1], 'rb').read())
 d = d[len(d) % 1024:]
 d[0x7FDC:0x7FE0] = b'\xff\xff\x00\x00'
+s = sum(d) & 0xFFFF
+print('%04X %04X' % (s ^ 0xFFFF, s))
+)";
+
+constexpr const char* kHiRomChecksum = R"(import sys
+d = bytearray(open(sys.argv[1], 'rb').read())
+d[0xFFDC:0xFFE0] = b'\xff\xff\x00\x00'
 s = sum(d) & 0xFFFF
 print('%04X %04X' % (s ^ 0xFFFF, s))
 )";
@@ -159,6 +167,17 @@ TEST_F(AsmVerbTest, TheMapOptionWinsOverTheSource) {
     EXPECT_EQ(ReadFile(dir / "hi.sfc")[0x1234], 0x77);
 }
 
+TEST_F(AsmVerbTest, TheImagesHeaderNamesTheMappingBeforeTheSource) {
+    WriteFile(dir / "hi.sfc", SnesImage(0x20000, "hirom", "HIGH GAME"));
+    WriteFile(dir / "hi.asm", "lorom\norg $C01234\ndb $77\n");
+    ASSERT_EQ(Run({"asm", "hi.sfc", "hi.asm"}).status, 0);
+    const Bytes image = ReadFile(dir / "hi.sfc");
+    EXPECT_EQ(image[0x1234], 0x77);
+    char stored[16];
+    std::snprintf(stored, sizeof stored, "%02X%02X %02X%02X\n", image[0xFFDD], image[0xFFDC], image[0xFFDF], image[0xFFDE]);
+    EXPECT_EQ(Python(kHiRomChecksum, {"hi.sfc"}), stored);
+}
+
 TEST_F(AsmVerbTest, AnErrorWritesNothing) {
     WriteFile(dir / "bad.asm", "lorom\norg $808000\nnop\nlda.b #$1234\n");
     for (const std::vector<std::string>& args : std::vector<std::vector<std::string>>{
@@ -183,6 +202,7 @@ TEST_F(AsmVerbTest, ErrorsAndWarningsNameFileLineAndColumn) {
     WriteFile(dir / "bad.asm", "nop\nloop: fill 200\n  bne loop : lda.b #$1234\n");
     EXPECT_EQ(ErrorText({"asm", "game.sfc", "bad.asm"}),
               "bad.asm:1:1: warning: no org before the first write: assembling at $008000\n"
+              "bad.asm:1:1: warning: no mapping from --map, the image's header or the source: assembling as LoROM\n"
               "bad.asm:3:3: error: branch to loop is 202 bytes away; bne reaches -128 to +127\n"
               "bad.asm:3:14: error: #$1234 does not fit an 8-bit immediate\n");
 }

@@ -1,4 +1,4 @@
-#include "asm/join_text.h"
+#include "asm/source_text.h"
 
 std::string JoinText(std::initializer_list<std::string_view> parts) {
     std::string text;
