@@ -6,6 +6,7 @@
 
 #include "core/rom_slots.h"
 #include "script/pointer_form.h"
+#include "script/pointer_value_index.h"
 #include "script/table_extent.h"
 
 namespace {
@@ -59,17 +60,24 @@ bool SameTable(const PointerForm& a, const PointerForm& b) {
            a.base == b.base && a.map == b.map;
 }
 
+// Byte i of the candidate's value as it stands in the image.
+unsigned char ByteOf(const PointerCandidate& candidate, int i) {
+    const int size = candidate.form.size;
+    return static_cast<unsigned char>(candidate.value >> (8 * (candidate.form.bigEndian ? size - 1 - i : i)));
+}
+
 }  // namespace
 
-std::vector<FoundPointer> FindPointersTo(const PointerValueIndex& index, const std::vector<PointerCandidate>& candidates) {
+std::vector<FoundPointer> FindPointersTo(const std::vector<PointerCandidate>& candidates) {
     std::vector<FoundPointer> found;
     const RomImage& image = CurrentRom();
+    std::vector<uint16_t> pairs;
+    for (const PointerCandidate& candidate : candidates)
+        pairs.push_back(static_cast<uint16_t>(ByteOf(candidate, 0) | ByteOf(candidate, 1) << 8));
+    const PointerValueIndex index(image.data, image.size, pairs);
     for (const PointerCandidate& candidate : candidates) {
         const int size = candidate.form.size;
-        const auto byteOf = [&](int i) {
-            return static_cast<unsigned char>(candidate.value >> (8 * (candidate.form.bigEndian ? size - 1 - i : i)));
-        };
-        for (int32_t at : index.OffsetsOf(byteOf(0), byteOf(1))) {
+        for (int32_t at : index.OffsetsOf(ByteOf(candidate, 0), ByteOf(candidate, 1))) {
             if (!RomRangeInside(at, size) || !HoldsValue(image.data + at, candidate)) continue;
             PointerForm form = candidate.form;
             form.table = at;

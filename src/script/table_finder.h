@@ -6,15 +6,15 @@
 #include <vector>
 
 #include "script/pointer_candidates.h"
-#include "script/pointer_value_index.h"
 
 // A place holding a pointer to the target: form.table is the place.
 struct FoundPointer {
     PointerForm form;
 };
 
-// Every place holding one of the candidates' values, by candidate, then offset.
-std::vector<FoundPointer> FindPointersTo(const PointerValueIndex& index, const std::vector<PointerCandidate>& candidates);
+// Every place of the current image holding one of the candidates' values, by
+// candidate, then offset; one pass over the image finds them all.
+std::vector<FoundPointer> FindPointersTo(const std::vector<PointerCandidate>& candidates);
 
 // The tables (plain, big endian, with a stride of up to 8 bytes) of at least
 // minEntries pointers, as TableExtent measures them, that hold one of the

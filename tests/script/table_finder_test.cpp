@@ -23,9 +23,8 @@ protected:
     }
 
     std::vector<PointerForm> Tables(int64_t target, int romType) {
-        const PointerValueIndex index(CurrentRom().data, CurrentRom().size);
         const std::vector<PointerCandidate> candidates = PointerCandidates(target, romType, 0, false, 0, 0);
-        return FindTables(1, FindPointersTo(index, candidates), target);
+        return FindTables(1, FindPointersTo(candidates), target);
     }
 
     // count strings at `at`, their pointers in `form` at `table`, in an order
