@@ -92,4 +92,17 @@ TEST_F(DumpInsertVerbsTest, TheFinderNamesTheFormItFoundAndEveryPointerToAString
     EXPECT_FALSE(FileExists(dir / "none.txt"));
 }
 
+TEST_F(DumpInsertVerbsTest, TablesWithAByteOrderMarkAndCarriageReturnsLoad) {
+    std::string thingy = "\xEF\xBB\xBF" + GameTable();
+    for (size_t at = thingy.find('\n'); at != std::string::npos; at = thingy.find('\n', at + 2)) thingy.insert(at, "\r");
+    WriteFile(dir / "bom.tbl", thingy);
+    EXPECT_EQ(Run({"dump", "game.nes", "--table", "bom.tbl", "-o", "bom.txt", "--pointers", "0x200", "--base",
+                   "-0x7FF0"})
+                  .status,
+              0);
+    EXPECT_NE(ReadText(dir / "bom.txt").find("\r\nLass es; das ist sicher\r\n"), std::string::npos);
+    EXPECT_EQ(Run({"insert", "game.nes", "bom.txt", "-o", "copy.nes"}).status, 0);
+    EXPECT_EQ(ReadFile(dir / "copy.nes"), original);
+}
+
 }  // namespace
