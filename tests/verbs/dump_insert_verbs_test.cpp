@@ -93,8 +93,11 @@ TEST_F(DumpInsertVerbsTest, TheFinderNamesTheFormItFoundAndEveryPointerToAString
 }
 
 TEST_F(DumpInsertVerbsTest, TablesWithAByteOrderMarkAndCarriageReturnsLoad) {
-    std::string thingy = "\xEF\xBB\xBF" + GameTable();
-    for (size_t at = thingy.find('\n'); at != std::string::npos; at = thingy.find('\n', at + 2)) thingy.insert(at, "\r");
+    std::string thingy("\xEF\xBB\xBF");
+    for (char c : GameTable()) {
+        if (c == '\n') thingy.push_back('\r');
+        thingy.push_back(c);
+    }
     WriteFile(dir / "bom.tbl", thingy);
     EXPECT_EQ(Run({"dump", "game.nes", "--table", "bom.tbl", "-o", "bom.txt", "--pointers", "0x200", "--base",
                    "-0x7FF0"})
