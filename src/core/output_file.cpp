@@ -2,6 +2,7 @@
 
 #include <cerrno>
 
+#include "core/path_names.h"
 #include "core/platform_files.h"
 #include "core/temporary_files.h"
 

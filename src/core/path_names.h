@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstring>
+#include <string>
 
 #include "core/text_compare.h"
 
@@ -28,6 +29,12 @@ inline const char* BaseName(const char* path, PathStyle style = HOST_PATH_STYLE)
     for (const char* p = base; *p; ++p)
         if (IsFolderSeparator(*p)) base = p + 1;
     return base;
+}
+
+// The folder part of path, with its trailing separator (or drive letter);
+// "" for a bare name.
+inline std::string FolderOf(const std::string& path, PathStyle style = HOST_PATH_STYLE) {
+    return path.substr(0, static_cast<size_t>(BaseName(path.c_str(), style) - path.c_str()));
 }
 
 // The first "." of path's base name, or null: "game.fr.smc" has the extension

@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <string>
 
+#include "core/path_names.h"
 #include "core/platform_files.h"
 
 namespace {
@@ -105,8 +106,7 @@ std::string FollowLinks(const char* path) {
         const ssize_t length = readlink(target.c_str(), link, sizeof link);
         if (length < 0 || static_cast<size_t>(length) >= sizeof link) break;
         const std::string named(link, static_cast<size_t>(length));
-        const size_t slash = target.rfind('/');
-        target = named[0] == '/' || slash == std::string::npos ? named : target.substr(0, slash + 1) + named;
+        target = named[0] == '/' ? named : FolderOf(target) + named;
     }
     return target;
 }

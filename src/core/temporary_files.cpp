@@ -3,7 +3,6 @@
 #include <csignal>
 #include <cstring>
 
-#include "core/path_names.h"
 #include "core/platform_files.h"
 
 namespace {
@@ -32,8 +31,6 @@ const char* ReadDigits(const char* text, long long& value) {
 }
 
 }  // namespace
-
-std::string FolderOf(const std::string& path) { return path.substr(0, BaseName(path.c_str()) - path.c_str()); }
 
 std::string NextTemporaryName(const std::string& folder) {
     static unsigned serial = 0;

@@ -7,9 +7,6 @@
 
 #include <string>
 
-// The folder part of path with its trailing separator; "" for a bare name.
-std::string FolderOf(const std::string& path);
-
 // A fresh temporary name in folder.
 std::string NextTemporaryName(const std::string& folder);
 

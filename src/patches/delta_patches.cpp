@@ -13,6 +13,7 @@
 #include "core/last_error.h"
 #include "core/output_file.h"
 #include "patches/patch_application.h"
+#include "patches/patch_formats.h"
 #include "patches/compared_files.h"
 #include "patches/ups_apply.h"
 #include "trelvane.h"
@@ -92,6 +93,9 @@ constexpr PatchFormat kBps = {CheckDelta<BPS_MAGIC, kBpsName>, ApplyDelta<kBpsNa
 constexpr PatchFormat kUps = {CheckDelta<UPS_MAGIC, kUpsName>, ApplyDelta<kUpsName, ApplyUpsPatch>};
 
 }  // namespace
+
+const PatchFormat& BpsPatchFormat() { return kBps; }
+const PatchFormat& UpsPatchFormat() { return kUps; }
 
 extern "C" {
 

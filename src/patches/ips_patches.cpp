@@ -9,6 +9,7 @@
 #include "core/output_file.h"
 #include "patches/ips_format.h"
 #include "patches/patch_application.h"
+#include "patches/patch_formats.h"
 #include "patches/compared_files.h"
 #include "trelvane.h"
 
@@ -42,6 +43,8 @@ bool ApplyIps(const unsigned char* patch, size_t patchSize, const char* patchfil
 constexpr PatchFormat kIps = {CheckIps, ApplyIps};
 
 }  // namespace
+
+const PatchFormat& IpsPatchFormat() { return kIps; }
 
 extern "C" {
 

@@ -171,7 +171,7 @@ bool Placement::Overflow(size_t failedAt) {
 }
 
 // In the order the dump found the strings (when it gave every place), so
-// that an unchanged script puts every string back where it was: a string
+// that an unchanged script places every string back where it was: a string
 // whose old place is the next free byte goes there, even when the same
 // string was written before (the game stored it twice). Otherwise a string
 // already standing at its old place in what was written, or written once

@@ -59,4 +59,13 @@ TEST(PathNamesTest, HasExtensionLooksBehindTheLastDotOfTheBaseNameInAnyCase) {
         EXPECT_FALSE(HasExtension(no, "ips")) << no;
 }
 
+TEST(PathNamesTest, FolderOfKeepsTheSeparatorAndTheDriveLetter) {
+    EXPECT_EQ(FolderOf("roms/snes\\game.smc", PathStyle::Posix), "roms/snes\\");
+    EXPECT_EQ(FolderOf("game.smc", PathStyle::Posix), "");
+    EXPECT_EQ(FolderOf("/game.smc", PathStyle::Posix), "/");
+    EXPECT_EQ(FolderOf("C:game.smc", PathStyle::Windows), "C:");
+    EXPECT_EQ(FolderOf("C:game.smc", PathStyle::Posix), "");
+    EXPECT_EQ(FolderOf("dir/", PathStyle::Posix), "dir/");
+}
+
 }  // namespace

@@ -1,0 +1,84 @@
+// trelvane diff: IPS, BPS and UPS by the patch's extension, each applying
+// back to the modified file; IPS refused where it could not reproduce it.
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "patches/delta_patch_builder.h"
+#include "support/test_support.h"
+
+namespace {
+
+Bytes Random(size_t size, unsigned seed) {
+    std::mt19937 random(seed);
+    Bytes bytes(size);
+    for (auto& byte : bytes) byte = static_cast<unsigned char>(random());
+    return bytes;
+}
+
+// Each format's patch, applied by the apply verb, gives the modified file,
+// whether it grew or shrank.
+TEST(DiffVerb, EveryFormatRebuildsTheModifiedFile) {
+    TempDir dir;
+    const Bytes original = Random(70000, 1);
+    Bytes grown = original, shrunk(original.begin(), original.begin() + 50000);
+    grown.insert(grown.begin() + 3000, 500, 0xFF);
+    grown[60000] ^= 0x42;
+    shrunk[10] ^= 1;
+    WriteFile(dir / "old game.sfc", original);
+    for (const auto& [modified, name] : {std::pair{grown, "grown.sfc"}, std::pair{shrunk, "shrunk.sfc"}}) {
+        WriteFile(dir / name, modified);
+        for (const std::string extension : {"ips", "BPS", "ups"}) {
+            SCOPED_TRACE(std::string(name) + " " + extension);
+            const std::string patch = "fix \xC3\xA4." + extension;
+            EXPECT_EQ(RunVerb(dir.path(), {"diff", "old game.sfc", name, "-o", patch}),
+                      (VerbResult{0, patch + ": " + (extension == "BPS" ? "BPS" : extension == "ips" ? "IPS" : "UPS") +
+                                         " patch from old game.sfc to " + name + "\n",
+                                  ""}));
+            ASSERT_EQ(RunVerb(dir.path(), {"apply", "old game.sfc", patch, "-o", "made.sfc"}).status, 0);
+            EXPECT_TRUE(ReadFile(dir / "made.sfc") == modified);
+        }
+    }
+}
+
+// The UPS patch of a one-byte change, byte for byte: skip 2, XOR 0x5A^0x11,
+// the 0 that ends the hunk, and the three CRCs.
+TEST(DiffVerb, UpsPatchIsExact) {
+    TempDir dir;
+    const Bytes original = {1, 2, 0x11, 4}, modified = {1, 2, 0x5A, 4, 9};
+    WriteFile(dir / "a.bin", original);
+    WriteFile(dir / "b.bin", modified);
+    ASSERT_EQ(RunVerb(dir.path(), {"diff", "a.bin", "b.bin", "-o", "p.ups"}).status, 0);
+    EXPECT_EQ(ReadFile(dir / "p.ups"), UpsPatch(original, modified, Bytes{0x82, 0x5A ^ 0x11, 0, 0x80, 9, 0}));
+}
+
+TEST(DiffVerb, RefusalsWriteNoPatch) {
+    TempDir dir;
+    WriteFile(dir / "a.bin", Bytes(100, 1));
+    WriteFile(dir / "same.bin", Bytes(100, 1));
+    Bytes large(0x1000001, 0);
+    WriteFile(dir / "large.bin", large);
+    const struct {
+        std::vector<std::string> args;
+        std::string errors;
+    } cases[] = {
+        {{"diff", "a.bin", "large.bin", "-o", "p.ips"},
+         "trelvane diff: large.bin has 16777217 bytes: an IPS patch cannot describe files over 16 MiB (16777216 bytes).\n"},
+        {{"diff", "a.bin", "same.bin", "-o", "p.ips"}, "trelvane diff: Files identical. IPS not created.\n"},
+        {{"diff", "a.bin", "missing.bin", "-o", "p.bps"}, "trelvane diff: Error opening missing.bin.\n"},
+        {{"diff", "a.bin", "same.bin", "-o", "p.patch"},
+         "trelvane diff: p.patch: the patch name must end in .ips, .bps or .ups\n"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.args[2]);
+        EXPECT_EQ(RunVerb(dir.path(), c.args), (VerbResult{1, "", c.errors}));
+        EXPECT_FALSE(FileExists(dir / c.args[4]));
+    }
+    // 16 MiB exactly is still an IPS patch.
+    large.pop_back();
+    large.back() = 7;
+    WriteFile(dir / "limit.bin", large);
+    EXPECT_EQ(RunVerb(dir.path(), {"diff", "a.bin", "limit.bin", "-o", "p.ips"}).status, 0);
+}
+
+}  // namespace
