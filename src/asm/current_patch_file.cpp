@@ -24,13 +24,14 @@ const std::vector<unsigned char>& RefusedBlockOfCurrentPatch() {
 extern "C" {
 
 long Trelvane_PatchFile_Open(const char* file) {
+    currentPatch.reset();  // a failed open leaves nothing open
     if (!RequireCurrentRom()) return 0;
     const RomImage& image = CurrentRom();
     currentPatch = std::make_unique<PatchFile>(image.type, image.data, image.size);
     patchedLoad = image.load;
     if (!file) file = "";
     if (currentPatch->Open(file)) return 1;
-    currentPatch.reset();  // nothing is open to process
+    currentPatch.reset();
     return SetError(TLERR_FILE_NOREAD, file, 0, 0);
 }
 

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <optional>
 
+#include "core/byte_order_mark.h"
 #include "core/hex_digit.h"
 #include "core/last_error.h"
 #include "core/snes_mapping.h"
@@ -237,8 +238,8 @@ bool ScriptReader::ReadStrings() {
 bool ReadScriptDocument(const std::string& text, const char* file, ScriptDocument& document) {
     document = ScriptDocument{};
     document.form.table = document.form.low = document.form.high = document.form.bank = -1;
-    const bool bom = text.compare(0, 3, "\xEF\xBB\xBF") == 0;
-    const std::string body = bom ? text.substr(3) : text;
+    const auto* bytes = reinterpret_cast<const unsigned char*>(text.data());
+    const std::string body = text.substr(ByteOrderMarkLength(bytes, text.size()));
     ScriptReader reader(body, file, document);
     return reader.ReadHeader() && reader.ReadStrings();
 }

@@ -3,6 +3,8 @@
 // address the shared tail of another string. A table is a run of entries from
 // the first whose strings, taken together, cover one unbroken block of text:
 // every target starts a string or shares the end of the string it lies in.
+// Since any byte inside a string shares its end, a table does not end on such
+// a tail entry: the last entry taken in starts a string.
 #pragma once
 
 #include <cstdint>

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "core/blank.h"
+#include "core/byte_order_mark.h"
 #include "core/file_bytes.h"
 #include "core/hex_digit.h"
 #include "core/last_error.h"
@@ -139,6 +140,7 @@ long ReadThingyTable(const char* name) {
     if (!font) return 0;
     std::vector<unsigned char> bytes;
     if (!ReadFileBytes(name, bytes)) return SetError(TLERR_FILE_NOREAD, name, 0, 0);
+    bytes.erase(bytes.begin(), bytes.begin() + static_cast<long>(ByteOrderMarkLength(bytes.data(), bytes.size())));
     ThingyScanner scanner(bytes, name, *font);
     if (!scanner.ReadEntries()) return 0;
     return CompleteLoad(name, 1);

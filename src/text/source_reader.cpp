@@ -9,6 +9,7 @@
 #include <new>
 
 #include "core/blank.h"
+#include "core/byte_order_mark.h"
 #include "core/file_bytes.h"
 #include "core/hex_digit.h"
 #include "core/path_names.h"
@@ -41,7 +42,7 @@ bool ReadSourceText(const std::string& path, std::vector<char>& text) {
     } catch (const std::bad_alloc&) {
         return false;
     }
-    for (size_t i = 0; i < bytes.size(); ++i) {
+    for (size_t i = ByteOrderMarkLength(bytes.data(), bytes.size()); i < bytes.size(); ++i) {
         if (bytes[i] == '\r' && i + 1 < bytes.size() && bytes[i + 1] == '\n') continue;
         text.push_back(static_cast<char>(bytes[i]));
     }

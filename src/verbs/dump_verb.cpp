@@ -14,6 +14,8 @@
 #include "script/script_extraction.h"
 #include "script/table_extent.h"
 #include "verbs/pointer_options.h"
+#include "verbs/pointer_search.h"
+#include "verbs/verb_image.h"
 #include "verbs/verb_list.h"
 
 namespace {
@@ -85,6 +87,16 @@ bool CountEntries(const CLI::App& verb, const DumpArguments& arguments, long fon
     return Refuse(verb, "no pointer to a string at the table's first entry");
 }
 
+// The longest table that holds a pointer to the string asked for.
+bool FoundTable(const CLI::App& verb, const DumpArguments& arguments, ScriptSource& source) {
+    const PointerSearch search = SearchPointersTo(NumberValue(arguments.find), arguments.form, source.fontId);
+    if (search.tables.empty())
+        return Refuse(verb, "no table of 8 or more pointers to the string at " + arguments.find);
+    source.form = search.tables.front();
+    if (!arguments.count.empty()) source.form.count = static_cast<int>(NumberValue(arguments.count));
+    return true;
+}
+
 bool DescribeSource(const CLI::App& verb, const DumpArguments& arguments, ScriptSource& source) {
     const int given = !arguments.pointers.empty() + !arguments.split.empty() + !arguments.find.empty() +
                       !arguments.pointerList.empty() + !arguments.at.empty();
@@ -102,12 +114,13 @@ bool DescribeSource(const CLI::App& verb, const DumpArguments& arguments, Script
                (CheckPointerForm(source.form) || Refuse(verb, Trelvane_GetLastError()));
     }
     source.pointers = ScriptPointers::Table;
+    if (!arguments.find.empty()) return FoundTable(verb, arguments, source);
     if (!arguments.split.empty() && !SplitTables(verb, arguments.split, source.form)) return false;
     return CountEntries(verb, arguments, source.fontId, source.form);
 }
 
 int RunDump(const CLI::App& verb, const DumpArguments& arguments) {
-    if (!Trelvane_LoadROM(arguments.image.c_str())) return VerbEngineError(verb);
+    if (!LoadVerbImage(verb, arguments.image)) return 1;
     ScriptSource source;
     source.tableFile = arguments.table;
     source.fontId = Trelvane_LoadFont(arguments.table.c_str());

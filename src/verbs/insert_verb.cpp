@@ -4,11 +4,10 @@
 #include <vector>
 
 #include "core/file_bytes.h"
-#include "core/output_file.h"
 #include "core/path_names.h"
-#include "core/rom_slots.h"
 #include "script/script_document_reader.h"
 #include "script/script_placement.h"
+#include "verbs/verb_image.h"
 #include "verbs/verb_list.h"
 
 namespace {
@@ -26,17 +25,6 @@ long LoadScriptTable(const std::string& script, const std::string& table) {
     return folder.empty() ? 0 : Trelvane_LoadFont((folder + table).c_str());
 }
 
-// The image file with its body replaced by the current image: the copier
-// header and anything behind the image stay as they were.
-bool SaveImage(const std::string& from, const std::string& to) {
-    std::vector<unsigned char> file;
-    const RomImage& image = CurrentRom();
-    if (!ReadFileBytes(from.c_str(), file) || file.size() < static_cast<size_t>(image.headerLength + image.size))
-        return false;
-    std::copy(image.data, image.data + image.size, file.begin() + image.headerLength);
-    return WriteOutputFile(to.c_str(), file.data(), file.size());
-}
-
 void PrintReport(const InsertArguments& arguments, const PlacementReport& report) {
     std::printf("%s: %lld strings - %lld/%lld bytes\n", arguments.script.c_str(),
                 static_cast<long long>(report.strings), static_cast<long long>(report.used),
@@ -50,7 +38,7 @@ void PrintReport(const InsertArguments& arguments, const PlacementReport& report
 int RunInsert(const CLI::App& verb, const InsertArguments& arguments) {
     std::vector<unsigned char> script;
     if (!ReadFileBytes(arguments.script.c_str(), script)) return VerbError(verb, "cannot read " + arguments.script);
-    if (!Trelvane_LoadROM(arguments.image.c_str())) return VerbEngineError(verb);
+    if (!LoadVerbImage(verb, arguments.image)) return 1;
     ScriptDocument document;
     const char* name = BaseName(arguments.script.c_str());
     if (!ReadScriptDocument(std::string(script.begin(), script.end()), name, document)) return VerbEngineError(verb);
@@ -59,7 +47,7 @@ int RunInsert(const CLI::App& verb, const InsertArguments& arguments) {
     PlacementReport report;
     if (!PlaceScript(fontId, document, arguments.options, name, report)) return VerbEngineError(verb);
     const std::string& output = arguments.output.empty() ? arguments.image : arguments.output;
-    if (!SaveImage(arguments.image, output)) return VerbError(verb, "cannot write " + output);
+    if (!SaveVerbImage(verb, arguments.image, output)) return 1;
     PrintReport(arguments, report);
     return 0;
 }

@@ -39,7 +39,7 @@ void AddPointerOptions(CLI::App& verb, PointerOptions& options, bool tableOption
 }
 
 PointerForm PointerFormOf(const PointerOptions& options, int64_t table) {
-    PointerForm form = PlainPointerForm(static_cast<int32_t>(NumberValue(options.size)), table);
+    PointerForm form = PlainPointerForm(options.size.empty() ? 2 : static_cast<int32_t>(NumberValue(options.size)), table);
     form.base = options.base.empty() ? 0 : static_cast<int>(NumberValue(options.base));
     form.map = MapOf(options.map);
     form.stride = options.stride.empty() ? 0 : static_cast<int>(NumberValue(options.stride));

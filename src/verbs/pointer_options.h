@@ -5,11 +5,11 @@
 #include <optional>
 #include <string>
 
-#include "verbs/verb_support.h"
 #include "trelvane.h"
+#include "verbs/verb_support.h"
 
 struct PointerOptions {
-    std::string size = "2";
+    std::string size;  // empty: 2 bytes, or every size the finder tries
     std::string base;
     std::string map;
     std::string stride;

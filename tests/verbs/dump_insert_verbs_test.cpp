@@ -71,4 +71,41 @@ TEST_F(DumpInsertVerbsTest, RefusalsLeaveEveryFileAsItWas) {
     EXPECT_EQ(ReadText(dir / "old.nes"), "untouched");
 }
 
+TEST_F(DumpInsertVerbsTest, TheFinderNamesTheFormItFoundAndEveryPointerToAString) {
+    GameImage image(0x8000);
+    std::vector<int64_t> strings = image.PutStrings(0x4010, NumberedTexts(10));
+    image.PutPointers(0x300, 2, strings, 0x4000 - 0xC000);  // the bank at 4000h seen at $C000
+    image.WriteNes(dir / "ten.nes");
+    const Bytes before = ReadFile(dir / "ten.nes");
+    EXPECT_EQ(Run({"dump", "ten.nes", "--table", "game.tbl", "-o", "ten.txt", "--find", "0x4010"}),
+              (RunResult{0, "10 strings through 2-byte pointers at $300, 10 entries, base -$8000, 1 text region\n"}));
+    EXPECT_EQ(Run({"insert", "ten.nes", "ten.txt"}).status, 0);
+    EXPECT_EQ(ReadFile(dir / "ten.nes"), before);
+
+    const RunResult found = Run({"find", "ten.nes", "--references", "0x4010", "--size", "2", "--table", "game.tbl"});
+    EXPECT_EQ(found.status, 0);
+    EXPECT_NE(found.output.find("000300h: 2-byte pointers at $300, base -$8000\n"), std::string::npos);
+    EXPECT_NE(found.output.find("table: 2-byte pointers at $300, 10 entries, base -$8000\n"), std::string::npos);
+
+    // A string no pointer addresses: no table is made up for it.
+    EXPECT_EQ(Run({"dump", "ten.nes", "--table", "game.tbl", "-o", "none.txt", "--find", "0x4015"}).status, 1);
+    EXPECT_FALSE(FileExists(dir / "none.txt"));
+}
+
+TEST_F(DumpInsertVerbsTest, TablesWithAByteOrderMarkAndCarriageReturnsLoad) {
+    std::string thingy("\xEF\xBB\xBF");
+    for (char c : GameTable()) {
+        if (c == '\n') thingy.push_back('\r');
+        thingy.push_back(c);
+    }
+    WriteFile(dir / "bom.tbl", thingy);
+    EXPECT_EQ(Run({"dump", "game.nes", "--table", "bom.tbl", "-o", "bom.txt", "--pointers", "0x200", "--base",
+                   "-0x7FF0"})
+                  .status,
+              0);
+    EXPECT_NE(ReadText(dir / "bom.txt").find("\r\nLass es; das ist sicher\r\n"), std::string::npos);
+    EXPECT_EQ(Run({"insert", "game.nes", "bom.txt", "-o", "copy.nes"}).status, 0);
+    EXPECT_EQ(ReadFile(dir / "copy.nes"), original);
+}
+
 }  // namespace
