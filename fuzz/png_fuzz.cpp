@@ -1,12 +1,15 @@
 // Feeds arbitrary files to the PNG loader, with grey and with a palette of its
-// own, into a buffer just large enough for the size the loader reports. A
-// picture it accepts must write back and load again to the same pixels.
+// own, as they come and with every chunk's CRC-32 made right (so that changed
+// bytes reach past the checksum into the decoder). A picture it accepts must
+// write back and load again to the same pixels.
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string>
 #include <vector>
+
+#include <zlib.h>
 
 #include "scratch_files.h"
 #include "trelvane.h"
@@ -55,12 +58,21 @@ void CheckRoundTrip(const std::string& output, const std::vector<unsigned char>&
         __builtin_trap();
 }
 
-}  // namespace
+// The bytes with each whole chunk's CRC-32 (over its type and data) written anew.
+std::vector<uint8_t> WithChunkCrcs(const uint8_t* data, size_t size) {
+    std::vector<uint8_t> bytes(data, data + size);
+    for (size_t at = 8; at + 12 <= size;) {
+        const size_t length = size_t{bytes[at]} << 24 | size_t{bytes[at + 1]} << 16 | size_t{bytes[at + 2]} << 8 | bytes[at + 3];
+        if (length > size - at - 12) break;
+        const uLong crc = crc32(0, bytes.data() + at + 4, static_cast<uInt>(length + 4));
+        for (int i = 0; i < 4; ++i) bytes[at + 8 + length + i] = static_cast<uint8_t>(crc >> (24 - 8 * i));
+        at += length + 12;
+    }
+    return bytes;
+}
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    static const bool cleaned = RemoveScratchFilesAtExit();
-    const std::string &input = InputName(), &output = OutputName();
-    if (!cleaned || !WriteInput(input, data, size)) return 0;
+// Loads the file under each palette and checks every picture accepted.
+void LoadEveryWay(const std::string& input, const std::string& output) {
     std::vector<unsigned char> pixels(kCapacity);
     for (const unsigned char* palette : {static_cast<const unsigned char*>(nullptr), Palette()}) {
         for (long colours : {2L, 16L}) {
@@ -70,6 +82,18 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
             CheckRoundTrip(output, pixels, width, height, palette, colours);
         }
     }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    static const bool cleaned = RemoveScratchFilesAtExit();
+    const std::string &input = InputName(), &output = OutputName();
+    if (!cleaned || !WriteInput(input, data, size)) return 0;
+    LoadEveryWay(input, output);
+    const std::vector<uint8_t> fixed = WithChunkCrcs(data, size);
+    if (!WriteInput(input, fixed.data(), fixed.size())) return 0;
+    LoadEveryWay(input, output);
     // Into a buffer too small for all but the tiniest pictures: a refusal leaves it as it was.
     unsigned char small[7] = {0xAA, 0xAA, 0xAA, 0xAA, 0xAA, 0xAA, 0xAA};
     long width = 0, height = 0;
