@@ -188,8 +188,10 @@ struct tagImageInfo {
     long long fileSize;       /* bytes in the file */
     int headerLength;         /* bytes before the image: copier header, iNES header and trainer */
     char title[24];           /* Super NES and Game Boy: the internal title, zero-terminated */
-    /* Super NES: the internal header (hasInternalHeader 0 when none was found) */
+    /* 1 when the cartridge's own header was found: the Super NES internal
+     * header, the iNES header, the Game Boy header at 100h-14Fh */
     int hasInternalHeader;
+    /* Super NES */
     char mapping[8];          /* "LoROM", "HiROM", "ExHiROM" or "SA-1" */
     unsigned int checksum, complement, computedChecksum;
     /* NES */

@@ -35,6 +35,7 @@ void DescribeSnes(const unsigned char* image, size_t size, TrelvaneImageInfo& in
 void DescribeNes(const unsigned char* file, size_t size, TrelvaneImageInfo& info) {
     const std::optional<NesHeader> header = ReadNesHeader(file, size);
     if (!header) return;
+    info.hasInternalHeader = 1;
     info.nes2 = header->nes2;
     info.mapper = static_cast<int>(header->mapper);
     info.prgSize = static_cast<long long>(header->prgSize);
@@ -45,6 +46,7 @@ void DescribeNes(const unsigned char* file, size_t size, TrelvaneImageInfo& info
 void DescribeGameBoy(const unsigned char* image, size_t size, TrelvaneImageInfo& info) {
     const std::optional<GameBoyHeader> header = ReadGameBoyHeader(image, size);
     if (!header) return;
+    info.hasInternalHeader = 1;
     CopyText(info.title, sizeof info.title, header->title);
     info.cartridgeType = header->cartridgeType;
     info.romSize = static_cast<long long>(header->romSize);

@@ -68,7 +68,10 @@ void AddSnesFields(const TrelvaneImageInfo& info, std::vector<Field>& fields) {
 }
 
 void AddNesFields(const TrelvaneImageInfo& info, std::vector<Field>& fields) {
-    if (info.headerLength == 0) return;
+    if (!info.hasInternalHeader) {
+        fields.push_back(TextField("Format", "format", "unknown (no iNES header)"));
+        return;
+    }
     fields.push_back(TextField("Format", "format", info.nes2 ? "NES 2.0" : "iNES"));
     fields.push_back(NumberField("Mapper", "mapper", info.mapper, std::to_string(info.mapper)));
     fields.push_back(NumberField("PRG ROM", "prgSize", info.prgSize, std::to_string(info.prgSize) + " bytes"));
@@ -76,6 +79,10 @@ void AddNesFields(const TrelvaneImageInfo& info, std::vector<Field>& fields) {
 }
 
 void AddGameBoyFields(const TrelvaneImageInfo& info, std::vector<Field>& fields) {
+    if (!info.hasInternalHeader) {
+        fields.push_back(TextField("Title", "title", "unknown (the image is too short for a cartridge header)"));
+        return;
+    }
     const char* name = GameBoyCartridgeName(static_cast<uint8_t>(info.cartridgeType));
     fields.push_back(TextField("Title", "title", info.title));
     fields.push_back({"Cartridge type", "cartridgeType", "0x" + Hex(info.cartridgeType, 2) + " " + name,

@@ -80,6 +80,9 @@ TEST_F(InfoVerb, NesHeaderAndTrainer) {
                                                   PythonDigests("game.nes", 528),
                                               ""}));
     WriteFile(dir / "two.nes", NesFile(1, 0, 0x00, 0x08, 0x02));
+    WriteFile(dir / "raw.nes", Bytes(64, 0x11));
+    EXPECT_NE(Info({"raw.nes"}).output.find("Header: 16-byte iNES header\nFormat: unknown (no iNES header)\nCRC-32: "),
+              std::string::npos);
     EXPECT_NE(Info({"two.nes"}).output.find("Header: 16-byte iNES header\nFormat: NES 2.0\nMapper: 512\n"
                                             "PRG ROM: 16384 bytes\nCHR ROM: 0 bytes\n"),
               std::string::npos);
@@ -103,6 +106,9 @@ TEST_F(InfoVerb, GameBoyHeaderChecksums) {
     std::snprintf(lines, sizeof lines, "Header checksum: 0x%02X (does not hold: 0x%02X expected)\n", image[0x14D],
                   image[0x14D] ^ 0x10);
     EXPECT_NE(Info({"bad.gb"}).output.find(lines), std::string::npos);
+    WriteFile(dir / "short.gb", Bytes(0x100, 0));
+    EXPECT_NE(Info({"short.gb"}).output.find("Title: unknown (the image is too short for a cartridge header)\nCRC-32: "),
+              std::string::npos);
 }
 
 TEST_F(InfoVerb, JsonIsOneObjectPythonReads) {
