@@ -25,6 +25,19 @@ def bmp(width, height, pixels):
     return header + info + palette + rows
 
 
+def png_chunk(kind, data):
+    return struct.pack(">I", len(data)) + kind + data + struct.pack(">I", zlib.crc32(kind + data))
+
+
+def png(width, height, colour_type, samples, palette=b""):
+    """An 8-bit PNG file: colour type 0 (grey), 2 (RGB) or 3 (indexed, with palette), samples row by row."""
+    row = len(samples) // height
+    raw = b"".join(b"\0" + samples[y * row:(y + 1) * row] for y in range(height))
+    header = struct.pack(">IIBBBBB", width, height, 8, colour_type, 0, 0, 0)
+    chunks = png_chunk(b"IHDR", header) + (png_chunk(b"PLTE", palette) if palette else b"")
+    return b"\x89PNG\r\n\x1a\n" + chunks + png_chunk(b"IDAT", zlib.compress(raw)) + png_chunk(b"IEND", b"")
+
+
 def number(value):
     """A BPS/UPS number: seven bits a byte, the last byte's top bit set."""
     out = bytearray()
@@ -112,6 +125,9 @@ CORPORA = {
     "insert_fuzz": {"script.txt": SCRIPT, "pointers.txt": SCRIPT.replace(b"pointersize 2", b"pointersize 3")},
     "message_file_fuzz": {"trelvane.msg": b'TRELVANE_MESSAGE(TLERR_NONE, "All fine.")\n'
                                           b'TRELVANE_MESSAGE(TLERR_FILE_NOREAD, "Kann [file] nicht lesen")\n'},
+    "png_fuzz": {"indexed.png": png(8, 8, 3, bytes(i % 4 for i in range(64)), bytes(range(12))),
+                 "grey.png": png(4, 2, 0, b"\x00\xFF\x00\xFF\xFF\x00\xFF\x00"),
+                 "rgb.png": png(2, 2, 2, b"\x00\x00\x00\xFF\xFF\xFF\xFF\xFF\xFF\x00\x00\x00")},
     "patch_script_fuzz": {"code.txt": PATCH_SCRIPT, "macro.txt": MACRO_SCRIPT,
                           "include.txt": b'.INCLUDE "library.txt"\n.ADDRESS 808000h\nrtl\n'},
     "pattern_fuzz": {"words": b"\x00abc\n[0-9]+\nlda\n", "lexicon": b"\x02[A-Z]+h\n\"[^\"]*\"\n"},
@@ -123,6 +139,9 @@ CORPORA = {
                                     + image_with_table()},
     "table_fuzz": {"game.txt": TABLE, "alternatives.txt": b'[41] "A" {a}\n[FF] terminal\n'},
     "thingy_fuzz": {"game.tbl": THINGY, "pairs.tbl": b"8140=AB\n41=A\n/00\n"},
+    "verb_command_line_fuzz": {"info": b"info\ngame.smc", "dump": b"dump\ngame.nes\n--table\ngame.tbl\n--at\n100h",
+                               "tiles": b"tiles\ngame.smc\n--format\nSNES2\ntiles.png",
+                               "apply": b"apply\ngame.smc\npatch.ips", "words": b"\x04\x09\x0a\x00"},
     "tile_codec_fuzz": {"nes": b"\x00\x10\x10\x00\x00" + bytes(range(64)), "snes": b"\x02\x18\x08\x10\x00"
                         + bytes(range(128))},
 }

@@ -34,6 +34,15 @@ step_generate() {
     echo
 }
 
+step_readme() {
+    echo "== the README's walkthrough: every command, checked against what the README shows"
+    cp "$ROOT/sample/hook.asm" "$WORK/hook.asm"
+    python3 "$ROOT/scripts/readme_walkthrough.py" "$ROOT/README.md" "$WORK" "$ROOT/build/release"
+    echo
+    echo "== the classic letter commands on the same game"
+    echo
+}
+
 step_usage() {
     echo "== the usage screen"
     run
@@ -203,33 +212,9 @@ step_patch_script() {
 # The hook of bonus.txt again, in the Super NES community's common syntax, with
 # the image read as LoROM: image offset 8010h (the main loop) is address
 # 818010h there, and the free space at 18000h is 838000h.
-write_lorom_hook() {
-    cat >"$WORK/hook.asm" <<'SOURCE'
-; hook.asm: every 100 coins give an extra life (LoROM addresses)
-lorom
-!lives = $10                ; work RAM, reached through the direct page
-!coins = $12
-
-org $818010                 ; the main loop's "inc $0014 : nop"
-    jsl Bonus
-
-org $838000                 ; free space
-Bonus:
-    inc $0014               ; the frame count that the hook replaced
--   lda !coins
-    cmp.w #100              ; the game runs with 16-bit registers: .w
-    bcc +                   ; fewer than 100 coins left
-    sbc.w #100
-    sta !coins
-    inc !lives
-    bra -
-+   rtl
-SOURCE
-}
-
 step_asm_hook() {
     echo "== assembling a LoROM hook in the common syntax into a BPS patch, then applying it"
-    write_lorom_hook
+    cp "$ROOT/sample/hook.asm" "$WORK/hook.asm"
     cat "$WORK/hook.asm"
     echo
     run asm sample.smc hook.asm --map lorom --bps hook.bps
@@ -245,5 +230,5 @@ step_asm_hook() {
     echo
 }
 
-STEPS=(build generate usage create_ips apply_ips create_bps apply_bps wrong_rom_bps tiles convert_table locate dump translate insert check patch_script asm_hook)
+STEPS=(build generate readme usage create_ips apply_ips create_bps apply_bps wrong_rom_bps tiles convert_table locate dump translate insert check patch_script asm_hook)
 for step in "${STEPS[@]}"; do "step_$step"; done

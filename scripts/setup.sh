@@ -6,7 +6,7 @@
 # command line), nettle (MD5 and SHA-1 of images), libspng (PNG tiles) and
 # libdivsufsort (the suffix arrays of BPS creation on Linux).
 # Libraries the program links go here.
-TRELVANE_BUILD_PACKAGES=(cmake ninja-build g++ zlib1g-dev libcli11-dev nettle-dev libspng-dev libdivsufsort-dev)
+TRELVANE_BUILD_PACKAGES=(cmake ninja-build g++ python3 zlib1g-dev libcli11-dev nettle-dev libspng-dev libdivsufsort-dev)
 # Testing everything on top of that: GoogleTest and Google Benchmark; clang
 # with its runtime for the fuzz targets; python3-pil and imagemagick for the
 # tests that draw and check bitmaps; pkg-config for the test that builds a

@@ -111,9 +111,7 @@ private:
 
 // The call's name as written: the line up to the end of the name, without leading blanks.
 std::string CallName(const std::string& line, size_t end) {
-    size_t start = 0;
-    while (start < end && IsBlank(line[start])) ++start;
-    return line.substr(start, end - start);
+    return std::string(TrimStart(std::string_view(line).substr(0, end)));
 }
 
 // Assembles the instruction of a macro-parameter entry with the parameter's text as its operand.

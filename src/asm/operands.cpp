@@ -8,6 +8,7 @@
 #include "asm/patch_messages.h"
 #include "asm/statement_kinds.h"
 #include "asm/patch_lexicon.h"
+#include "core/hex_digit.h"
 
 namespace {
 
@@ -15,8 +16,6 @@ bool IsMemoryToken(int32_t kind) {
     return kind == TOKEN_MEMORY || kind == TOKEN_MEMORY_S || kind == TOKEN_MEMORY_X || kind == TOKEN_MEMORY_Y ||
            kind == TOKEN_MEMORY_S_Y;
 }
-
-bool IsHexDigit(char c) { return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f'); }
 
 std::string HexText(uint32_t value, int digits) {
     char text[16];

@@ -33,7 +33,7 @@ private:
     }
 
     void SkipBlanks() {
-        while (at_ < text_.size() && (text_[at_] == ' ' || text_[at_] == '\t')) ++at_;
+        while (at_ < text_.size() && IsBlank(text_[at_])) ++at_;
     }
 
     // The binary operator at the cursor of at least the level, or null; levels from | (0) to * (5).

@@ -1,8 +1,10 @@
 #include "asm/source_lines.h"
 
-namespace {
+#include "core/blank.h"
 
-bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
+// A line never holds a line feed, so white space here means blanks and carriage returns.
+
+namespace {
 
 // The line up to a ";" outside quotes, trailing blanks removed.
 std::string_view WithoutComment(std::string_view line) {
@@ -19,9 +21,7 @@ std::string_view WithoutComment(std::string_view line) {
             break;
         }
     }
-    line = line.substr(0, end);
-    while (!line.empty() && IsBlank(line.back())) line.remove_suffix(1);
-    return line;
+    return TrimEnd(line.substr(0, end), IsWhiteSpace);
 }
 
 }  // namespace
@@ -58,12 +58,11 @@ std::vector<Statement> SplitStatements(std::string_view line) {
             continue;
         }
         if (c == '"' || (c == '\'' && i + 2 < line.size() && line[i + 2] == '\'')) quote = c;
-        const bool separator = c == ':' && i > 0 && IsBlank(line[i - 1]) && i + 1 < line.size() && IsBlank(line[i + 1]);
+        const bool separator =
+            c == ':' && i > 0 && IsWhiteSpace(line[i - 1]) && i + 1 < line.size() && IsWhiteSpace(line[i + 1]);
         if (!separator && i < line.size()) continue;
-        size_t from = start, to = i;
-        while (from < to && IsBlank(line[from])) ++from;
-        while (to > from && IsBlank(line[to - 1])) --to;
-        if (to > from) statements.push_back({line.substr(from, to - from), static_cast<int>(from) + 1});
+        const std::string_view text = TrimBlanks(line.substr(start, i - start), IsWhiteSpace);
+        if (!text.empty()) statements.push_back({text, static_cast<int>(text.data() - line.data()) + 1});
         start = i + 1;
     }
     return statements;

@@ -112,7 +112,7 @@ private:
     bool SetDefine(std::string_view text) {
         const size_t nameEnd = NameEnd(text, 1);
         const std::string_view rest = TrimBlanks(text.substr(nameEnd));
-        if (nameEnd == 1 || rest.empty() || nameEnd == text.size() || (text[nameEnd] != ' ' && text[nameEnd] != '\t'))
+        if (nameEnd == 1 || rest.empty() || nameEnd == text.size() || !IsBlank(text[nameEnd]))
             return false;
         if (rest.size() > 1 && rest[1] == '=' && std::string_view("+:#?").find(rest[0]) != std::string_view::npos)
             return !s_.Error("the define form " + std::string(rest.substr(0, 2)) + " is not supported");
@@ -131,7 +131,7 @@ private:
             while (end < text.size() && text[end] == text[0]) ++end;
             const size_t signs = end;
             if (end < text.size() && text[end] == ':') ++end;
-            if (end < text.size() && text[end] != ' ' && text[end] != '\t') return true;
+            if (end < text.size() && !IsBlank(text[end])) return true;
             s_.labels.DefineAnonymous(static_cast<int>(signs), text[0] == '+', s_.pc);
             text = TrimBlanks(text.substr(end));
             return true;

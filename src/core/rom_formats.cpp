@@ -3,8 +3,8 @@
 #include <cstring>
 
 #include "core/last_error.h"
+#include "core/named_entry.h"
 #include "core/path_names.h"
-#include "core/text_compare.h"
 #include "trelvane.h"
 
 namespace {
@@ -25,10 +25,7 @@ bool HasNesTrainer(const unsigned char* head, size_t size) {
 }  // namespace
 
 const RomFormat* FindRomFormat(const char* extension) {
-    if (!extension) return nullptr;
-    for (const RomFormat& format : ROM_FORMATS)
-        if (SameTextIgnoringCase(format.extension, extension)) return &format;
-    return nullptr;
+    return FindNamedEntry(ROM_FORMATS, &RomFormat::extension, extension);
 }
 
 const RomFormat* RomFormatOfPath(const char* path) {

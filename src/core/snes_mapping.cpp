@@ -1,6 +1,6 @@
 #include "core/snes_mapping.h"
 
-#include "core/text_compare.h"
+#include "core/named_entry.h"
 
 namespace {
 
@@ -94,9 +94,9 @@ std::optional<uint32_t> SnesOffsetToAddress(SnesMapping mapping, uint32_t offset
 }
 
 std::optional<SnesMapping> SnesMappingFromName(const char* name) {
-    for (const MappingNames& names : MAPPING_NAMES)
-        if (name && SameTextIgnoringCase(name, names.name)) return names.mapping;
-    return std::nullopt;
+    const MappingNames* names = FindNamedEntry(MAPPING_NAMES, &MappingNames::name, name);
+    if (!names) return std::nullopt;
+    return names->mapping;
 }
 
 const char* SnesMappingName(SnesMapping mapping) {

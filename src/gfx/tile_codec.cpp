@@ -4,8 +4,8 @@
 #include <cstring>
 
 #include "core/last_error.h"
+#include "core/named_entry.h"
 #include "core/rom_slots.h"
-#include "core/text_compare.h"
 #include "trelvane.h"
 
 namespace {
@@ -74,10 +74,7 @@ void EncodeTile(const TileFormat& format, const unsigned char* pixels, long widt
 }  // namespace
 
 const TileFormat* FindTileFormat(const char* name) {
-    if (!name) return nullptr;
-    for (const TileFormat& format : kTileFormats)
-        if (SameTextIgnoringCase(format.name, name)) return &format;
-    return nullptr;
+    return FindNamedEntry(kTileFormats, &TileFormat::name, name);
 }
 
 const char* TileFormatForRomType(int32_t type) {

@@ -23,6 +23,7 @@ inline constexpr int FSA_MAX_PATTERN_LENGTH = 255;  // the compiler works on a 2
 struct CharSet {
     std::array<uint8_t, 32> bits{};
 
+    bool Has(unsigned char c) const { return (bits[c >> 3] >> (c & 7)) & 1; }
     void Add(unsigned char c) { bits[c >> 3] = static_cast<uint8_t>(bits[c >> 3] | (1 << (c & 7))); }
     bool Empty() const;
     CharSet Intersection(const CharSet& other) const;
@@ -54,6 +55,8 @@ public:
     uint32_t Flags() const { return flags_; }
     // Kind accepted in state, or TOKEN_UNKNOWN when the state does not accept.
     int32_t Accept(int state) const { return accept_[static_cast<size_t>(state)]; }
+    // The transitions as compiled, for checking the automaton's invariants.
+    const FsaTransition& Transition(int index) const { return transitions_[static_cast<size_t>(index)]; }
 
     // The state that c leads to from state, or -1: one lookup in the state's row.
     int Next(int state, unsigned char c) const;

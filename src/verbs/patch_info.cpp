@@ -58,7 +58,8 @@ std::vector<Line> DescriptionLines(const std::string& path, const PatchDescripti
         lines.push_back(Number("Target size", "targetSize", patch.targetSize));
         lines.push_back(Crc("Target CRC-32", "targetCrc32", patch.targetCrc));
     }
-    if (patch.kind == PatchKind::Bps) lines.push_back({"Metadata", "metadata", patch.metadata, JsonString(patch.metadata)});
+    if (patch.kind == PatchKind::Bps) lines.push_back({"Metadata", "metadata", patch.metadata.empty() ? "none" : patch.metadata,
+                         JsonString(patch.metadata)});
     lines.push_back(Number("Bytes changed", "changedBytes", patch.changedBytes));
     lines.push_back(Ranges(patch.ranges));
     return lines;
