@@ -110,6 +110,10 @@ PATCH_SCRIPT = b".ADDRESS 808000h\nstart: lda #$12\nsta $7E0000\njsl start\nrtl\
 MACRO_SCRIPT = b"m1 .MACRO value\nlda #value\n.ENDM\n.ADDRESS 818000h\nm1 5\nrts\nc0 .EQL 10h\n.DB c0, 1, 2\n"
 
 CORPORA = {
+    "asm_source_fuzz": {"hook.asm": b"lorom\norg $808000\nMain:\n  lda #$0F\n  sta $12\n  jsl Sub\n  bra Main\n"
+                        b"Sub:\n  rep #$20 : lda.w #$1234 : rtl\n",
+                        "data.asm": b"!value = $10\nmacro store(a)\n  lda #<a>\nendmacro\norg $808100\n%store(!value)\n"
+                        b"db 1,2,\"AB\" : dw Label : dl Label\nLabel: incbin \"data.bin\"\n"},
     "bmp_fuzz": {"sheet.bmp": bmp(8, 8, list(range(64))), "wide.bmp": bmp(16, 8, [i % 16 for i in range(128)]),
                  "one.bmp": bmp(1, 1, [15])},
     "bps_apply_fuzz": {"small.bps": bps(b"ABCDEFGH", b"ABCXYZGHIJ"), "grow.bps": bps(b"", b"new bytes"),
@@ -133,6 +137,9 @@ CORPORA = {
     "pattern_fuzz": {"words": b"\x00abc\n[0-9]+\nlda\n", "lexicon": b"\x02[A-Z]+h\n\"[^\"]*\"\n"},
     "reader_fuzz": {"script.txt": SCRIPT, "table.txt": TABLE, "patch.txt": PATCH_SCRIPT},
     "rom_image_fuzz": {"image": bytes(range(256)) * 4, "short": b"\x01\x02\x03"},
+    "script_document_fuzz": {"dump.txt": b"load \"game.tbl\"\ntextlines literal\npointertable 000010h\npointersize 2\n"
+                             b"pointercount 2\npointerfrequency 1\npointerbase 0h\ntextregion 000040h (16)\n"
+                             b"padbyte FFh\n\n[0000] ; 000040 (4)\n; abc\nabc\n\n[0001] ; 000044 (4)\n; <$05>x\n<$05>x\n"},
     "script_dump_fuzz": {"found": b"\x00" + struct.pack("<i", 0x40) + b"\x00\x00" + b"\x00" * 4 + b"\x03"
                                   + image_with_table(),
                          "by-hand": b"\x01" + struct.pack("<i", 0x10) + b"\x02\x01" + b"\x00" * 4 + b"\x03"

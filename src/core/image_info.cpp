@@ -75,7 +75,7 @@ bool DescribeImage(const std::vector<unsigned char>& file, int32_t headerLength,
 extern "C" long Trelvane_GetImageInfo(const char* path, TrelvaneImageInfo* info) {
     if (!path) return RefuseNullArgument("Trelvane_GetImageInfo", "path");
     if (!info) return RefuseNullArgument("Trelvane_GetImageInfo", "info");
-    const RomFormat* format = RomFormatOfPath(path);
+    const RomFormat* format = RomFormatOfPath(path, ExtensionDot::Last);
     if (!format) return 0;
     std::vector<unsigned char> file;
     switch (ReadFileBytesUpTo(path, TRELVANE_ROM_MAX_SIZE, file)) {

@@ -28,8 +28,8 @@ const RomFormat* FindRomFormat(const char* extension) {
     return FindNamedEntry(ROM_FORMATS, &RomFormat::extension, extension);
 }
 
-const RomFormat* RomFormatOfPath(const char* path) {
-    const char* dot = FirstDotOfBaseName(path);
+const RomFormat* RomFormatOfPath(const char* path, ExtensionDot which) {
+    const char* dot = which == ExtensionDot::First ? FirstDotOfBaseName(path) : LastDotOfBaseName(path);
     if (!dot) return SetError(TLERR_FILE_NOEXT, path, 0, 0), nullptr;
     const RomFormat* format = FindRomFormat(dot + 1);
     if (!format) SetError(TLERR_FILE_BADEXT, path, 0, 0, dot);

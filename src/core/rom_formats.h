@@ -16,10 +16,15 @@ struct RomFormat {
 // The format named by extension (given without its "."), or null.
 const RomFormat* FindRomFormat(const char* extension);
 
-// The format of the file at path, by the extension behind the first "." of
+// Which "." of a base name the extension starts behind: the letter commands
+// and Trelvane_LoadROM have always taken the first ("game.fr.smc" names no
+// format); the verbs take the last, so that any name ("Game v1.1.sfc") works.
+enum class ExtensionDot { First, Last };
+
+// The format of the file at path, by the extension behind the chosen "." of
 // its base name; null with TLERR_FILE_NOEXT or TLERR_FILE_BADEXT when there
 // is none or it names no format.
-const RomFormat* RomFormatOfPath(const char* path);
+const RomFormat* RomFormatOfPath(const char* path, ExtensionDot dot = ExtensionDot::First);
 
 // The header in front of the image in a file of size bytes that starts with
 // head (at least 16 bytes of it when the file has them):

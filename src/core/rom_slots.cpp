@@ -95,13 +95,11 @@ bool RomRangeInside(int64_t offset, int64_t length) {
     return offset >= 0 && length >= 0 && offset <= CurrentRom().size && length <= CurrentRom().size - offset;
 }
 
-extern "C" {
-
-long Trelvane_LoadROM(const char* path) {
+long LoadRomImage(const char* path, ExtensionDot dot) {
     if (!path) path = "";
     if (slotsInUse == 0)
         for (RomSlot& slot : slots) slot = RomSlot();
-    const RomFormat* format = RomFormatOfPath(path);
+    const RomFormat* format = RomFormatOfPath(path, dot);
     if (!format) return 0;
     long handle = 0;
     for (int k = 0; k < MAX_ROMS && !handle; ++k)
@@ -128,6 +126,10 @@ long Trelvane_LoadROM(const char* path) {
     if (handle > slotsInUse) slotsInUse = handle;
     return handle;
 }
+
+extern "C" {
+
+long Trelvane_LoadROM(const char* path) { return LoadRomImage(path, ExtensionDot::First); }
 
 long Trelvane_SaveROM(const char* path) {
     if (!path) path = "";

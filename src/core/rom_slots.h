@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+#include "core/rom_formats.h"
+
 // The image every text, search, pointer and tile function works on: the
 // file's bytes without its copier header. Offsets into data are "addresses".
 struct RomImage {
@@ -28,3 +30,8 @@ bool RomRangeInside(int64_t offset, int64_t length);
 // Reports TLERR_FILE_TOOLARGE for a ROM file above the size ceiling; returns
 // false.
 bool RefuseOversizedRom(const char* path);
+
+// Loads the image at path into a free slot and makes it current, as
+// Trelvane_LoadROM does, telling its format by the extension behind the
+// chosen dot. The handle, or 0 with the error reported.
+long LoadRomImage(const char* path, ExtensionDot dot);

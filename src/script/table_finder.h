@@ -22,3 +22,10 @@ std::vector<FoundPointer> FindPointersTo(const std::vector<PointerCandidate>& ca
 // (then wider pointers, then shorter strides).
 std::vector<PointerForm> FindTables(long fontId, const std::vector<FoundPointer>& pointers, int64_t target,
                                     int64_t minEntries = 8);
+
+// Adds the split tables of 2-byte pointers (low bytes, then high bytes as many
+// bytes further as the table has entries, 8 to 256) of at least minEntries
+// entries that hold the low and high byte of a candidate's value, and sorts
+// tables as FindTables does.
+void AddSplitTables(long fontId, const std::vector<PointerCandidate>& candidates, int64_t target,
+                    std::vector<PointerForm>& tables, int64_t minEntries = 8);

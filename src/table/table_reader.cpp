@@ -81,8 +81,14 @@ private:
         return entry_ != 0 || digits.size() <= 2;
     }
 
+    // A quoted text that follows another with nothing between them continues
+    // it after a double quote: "a""b" is a"b.
     bool SetMainText() {
         std::string text = Enclosed();
+        while (reader_.CurrentChar() == '"') {
+            if (reader_.NextToken() != TABLE_TOKEN_QUOTED) return ReportAtToken(TLERR_UNKNOWN, reader_.TokenText());
+            text += '"' + Enclosed();
+        }
         if (!SetEntryText(Main(), entry_, text.c_str())) return false;
         if (text.find(PARAMETER_MARK) != std::string::npos) Main().flags[entry_] |= ENTRY_PARAM;
         return true;

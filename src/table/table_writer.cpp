@@ -11,16 +11,24 @@
 
 namespace {
 
+// The text in double quotes; a double quote inside it is written twice, which
+// the reader takes back as one.
+void AppendQuoted(std::string& out, const char* text) {
+    out += " \"";
+    for (; *text; ++text) {
+        if (*text == '"') out += '"';
+        out += *text;
+    }
+    out += '"';
+}
+
 // The text part and the keywords of one code's line. Codes whose text marks
-// its parameter need no "byte" for the first parameter.
+// its parameter need no "byte" for the first parameter. An empty text is left
+// out where terminal or newline gives it back and written as "" elsewhere.
 void AppendEntry(std::string& out, const Font& font, int entry) {
     const char* text = font.texts[entry];
     uint8_t flags = font.flags[entry];
-    if (text && *text) {
-        out += " \"";
-        out += text;
-        out += '"';
-    }
+    if (text && (*text || !(flags & (ENTRY_TERMINAL | ENTRY_NEWLINE)))) AppendQuoted(out, text);
     if (flags & ENTRY_TERMINAL) out += " terminal";
     if (flags & ENTRY_NEWLINE) out += " newline";
     if ((flags & ENTRY_PARAM) && !(text && std::strchr(text, PARAMETER_MARK))) out += " byte";

@@ -146,7 +146,8 @@ Verb AddDumpVerb(CLI::App& app) {
     verb->add_option("--table", arguments->table, "The character table")->required();
     verb->add_option("-o,--output", arguments->output, "The script to write")->required();
     verb->add_option("--pointers", arguments->pointers, "Offset of a table of pointers")->check(NumberArgument());
-    verb->add_option("--split", arguments->split, "Offsets LOW,HIGH[,BANK] of a split pointer table");
+    verb->add_option("--split", arguments->split,
+                     "Offsets LOW,HIGH[,BANK] of a split pointer table (--base, or --map with a bank table)");
     verb->add_option("--find", arguments->find, "Find the table that points at the string at this offset")
         ->check(NumberArgument());
     verb->add_option("--pointer-list", arguments->pointerList, "File with each string's pointer offsets, a line each");

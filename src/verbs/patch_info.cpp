@@ -81,7 +81,7 @@ const char* FitText(PatchFit fit) {
 bool AddFitLines(const std::string& image, const PatchDescription& patch, std::vector<Line>& lines) {
     FileView bytes;
     if (!bytes.Open(image.c_str(), false)) return SetError(TLERR_FILE_NOREAD, image.c_str(), 0, 0);
-    const RomFormat* format = RomFormatOfPath(image.c_str());
+    const RomFormat* format = RomFormatOfPath(image.c_str(), ExtensionDot::Last);
     PatchFit fit = JudgeFit(patch, bytes.data(), bytes.size(), format && format->type == ROM_SNES);
     lines.push_back({"Image", "image", image, JsonString(image)});
     lines.push_back({"Fits", "fits", FitText(fit), fit == PatchFit::Fits || fit == PatchFit::FitsToUndo ? "true" : "false"});

@@ -9,6 +9,8 @@ PointerSearch SearchPointersTo(int64_t target, const PointerOptions& options, lo
         PointerCandidates(target, CurrentRom().type, size, !options.base.empty(), given.base, given.map);
     PointerSearch search;
     search.places = FindPointersTo(candidates);
-    if (fontId) search.tables = FindTables(fontId, search.places, target);
+    if (!fontId) return search;
+    search.tables = FindTables(fontId, search.places, target);
+    AddSplitTables(fontId, candidates, target, search.tables);
     return search;
 }

@@ -30,7 +30,7 @@ std::string HeaderDescription(int type, long long headerLength, long long fileSi
 }
 
 bool LoadVerbImage(const CLI::App& verb, const std::string& path) {
-    if (!Trelvane_LoadROM(path.c_str())) return VerbEngineError(verb), false;
+    if (!LoadRomImage(path.c_str(), ExtensionDot::Last)) return VerbEngineError(verb), false;
     const RomImage& image = CurrentRom();
     const std::string header = HeaderDescription(image.type, image.headerLength, image.size + image.headerLength);
     std::fprintf(stderr, "trelvane %s: %s: header: %s\n", verb.get_name().c_str(), path.c_str(), header.c_str());

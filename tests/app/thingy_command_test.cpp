@@ -24,4 +24,19 @@ TEST(ThingyCommandTest, ConvertsByteForByteOrPrintsTheErrorAndWritesNothing) {
     EXPECT_FALSE(FileExists(dir / "out.txt"));
 }
 
+// A double quote is written twice inside its quotes, and the written table loads back.
+TEST(ThingyCommandTest, ConvertedQuotesLoadBack) {
+    TempDir dir;
+    WriteFile(dir / "q.tbl", std::string("22=\"\r\n41=A\"B\r\n/FF\r\n"));
+    EXPECT_EQ(RunTrelvane(dir.path(), {"q.tbl", "c", "q.txt"}), (RunResult{0, ""}));
+    EXPECT_EQ(ReadText(dir / "q.txt"),
+              "; Trelvane table\r\n\r\n"
+              "[22]   \"\"\"\"\r\n"
+              "[41]   \"A\"\"B\"\r\n"
+              "[FF]   terminal\r\n"
+              "\r\n");
+    EXPECT_EQ(RunTrelvane(dir.path(), {"q.txt", "c", "again.txt"}), (RunResult{0, ""}));
+    EXPECT_EQ(ReadText(dir / "again.txt"), ReadText(dir / "q.txt"));
+}
+
 }  // namespace

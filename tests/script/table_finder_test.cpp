@@ -1,6 +1,7 @@
 // The finder on generated images: tables of 8 to 16 pointers at the bases of
 // the NES, the Game Boy and the Super NES, in any order, with null, repeated
-// and shared-tail entries; and no report for a table that misses the string.
+// and shared-tail entries; NES split tables; and no report for a table that
+// misses the string.
 #include <gtest/gtest.h>
 
 #include <random>
@@ -24,7 +25,9 @@ protected:
 
     std::vector<PointerForm> Tables(int64_t target, int romType) {
         const std::vector<PointerCandidate> candidates = PointerCandidates(target, romType, 0, false, 0, 0);
-        return FindTables(1, FindPointersTo(candidates), target);
+        std::vector<PointerForm> tables = FindTables(1, FindPointersTo(candidates), target);
+        AddSplitTables(1, candidates, target, tables);
+        return tables;
     }
 
     // count strings at `at`, their pointers in `form` at `table`, in an order
@@ -106,6 +109,48 @@ TEST_F(TableFinderTest, TakesNullRepeatedAndSharedTailEntriesAndNeverATableMissi
     Load(image);
     const std::vector<PointerForm> none = Tables(elsewhere, ROM_NES);
     EXPECT_TRUE(none.empty()) << none[0].table << " " << none[0].count << " " << none[0].size << " " << none[0].stride;
+}
+
+// Low bytes, then high bytes as many bytes further as there are entries.
+PointerForm Split(int64_t low, int count, int64_t base) {
+    PointerForm form = PlainPointerForm(0, -1);
+    form.low = static_cast<int>(low);
+    form.high = static_cast<int>(low + count);
+    form.base = static_cast<int>(base);
+    return form;
+}
+
+TEST_F(TableFinderTest, FindsNesSplitTablesThatHoldAPointerToTheString) {
+    for (int64_t window : {0x8000, 0xC000}) {
+        for (int count = 8; count <= 16; count += 4) {
+            SCOPED_TRACE("window " + std::to_string(window) + " count " + std::to_string(count));
+            const PointerForm form = Split(0x300, count, 0x8000 - window);
+            GameImage image(0x20000);
+            PutTable(image, form, count, static_cast<unsigned>(count));
+            Load(image);
+            std::vector<PointerForm> tables = Tables(0x8400, ROM_NES);
+            ASSERT_EQ(tables.size(), 1u);
+            EXPECT_EQ(tables[0].table, -1);
+            EXPECT_EQ(tables[0].low, 0x300);
+            EXPECT_EQ(tables[0].high, 0x300 + count);
+            EXPECT_EQ(tables[0].bank, -1);
+            EXPECT_EQ(tables[0].base, form.base);
+            EXPECT_EQ(tables[0].count, count);
+            for (int i = 0; i < count; ++i) EXPECT_EQ(EntryTarget(tables[0], i), EntryTarget(form, i)) << i;
+
+            const int64_t elsewhere = image.PutStrings(0x9000, {"Nobody points here"})[0];
+            Load(image);
+            EXPECT_TRUE(Tables(elsewhere, ROM_NES).empty());
+        }
+    }
+}
+
+// Seven entries are no table, and low bytes running into the high bytes are none either.
+TEST_F(TableFinderTest, SplitTablesHaveEightEntriesAndDoNotOverlap) {
+    GameImage image(0x20000);
+    PutTable(image, Split(0x300, 7, 0), 7, 7);
+    Load(image);
+    EXPECT_TRUE(Tables(0x8400, ROM_NES).empty());
 }
 
 }  // namespace

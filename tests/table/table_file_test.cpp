@@ -1,4 +1,6 @@
 #include <filesystem>
+#include <cstdio>
+#include <cstring>
 
 #include "table/font_test_support.h"
 #include "table/table_reader.h"
@@ -21,7 +23,7 @@ TEST_F(TableFileTest, WrittenTablesReadBackByteForByteAndRefusals) {
     EXPECT_EQ(Trelvane_SaveFont(1, missing.c_str()), 0);
     EXPECT_EQ(LastErrorSummary(), "-105|" + missing + "|0,0||");
     ASSERT_EQ(Trelvane_SaveFont(1, out.c_str()), -1);
-    EXPECT_EQ(ReadText(out), "; Trelvane table\r\n\r\n[06]   \"\"q\"\" byte\r\n\r\n");
+    EXPECT_EQ(ReadText(out), "; Trelvane table\r\n\r\n[06]   \"\"\"q\"\"\" byte\r\n\r\n");
     const std::string table =
         "; Trelvane table\r\n\r\n"
         "[00]   \"A\"\r\n"
@@ -201,6 +203,61 @@ TEST_F(TableFileTest, AFailedLoadLeavesNothingBehind) {
         ResetFontSet();
         ASSERT_EQ(LoadTable("kept.tbl", kept), 1);
     }
+}
+
+// Converting a thingy table writes a file that loads back to the same entries: every byte value
+// as a one-character text (0x00, 0x0A and 0x0D cannot stand in a thingy text and get the empty
+// text), and texts with double quotes, brackets, semicolons and blanks. Only "@" differs: the
+// reloaded entry takes a parameter byte.
+TEST_F(TableFileTest, ConvertedThingyTablesLoadBackToTheSameEntries) {
+    std::string thingy;
+    char code[8];
+    for (int value = 0; value < 256; ++value) {
+        std::snprintf(code, sizeof code, "%02X=", value);
+        thingy += code;
+        if (value != 0 && value != '\n' && value != '\r') thingy += static_cast<char>(value);
+        thingy += "\r\n";
+    }
+    thingy += "/8000\r\n8001=\"\r\n8002=\"\"\r\n8003=a\"b\"\r\n8004=[41]\r\n8005=;x ]\r\n8006= \r\n8007=  two  ends  \r\n";
+    thingy += "$8008=1\r\n8009={\"@\"}\r\n";
+    ASSERT_EQ(LoadTable("game.tbl", thingy), 1);
+    const std::string converted = dir / "game.txt";
+    ASSERT_EQ(Trelvane_SaveFont(1, converted.c_str()), -1);
+    const std::string written = ReadText(converted);
+    EXPECT_NE(written.find("\r\n[00]   \"\"\r\n"), std::string::npos);
+    EXPECT_NE(written.find("\r\n[22]   \"\"\"\"\r\n"), std::string::npos);
+    EXPECT_NE(written.find("\r\n[8003] \"a\"\"b\"\"\"\r\n"), std::string::npos);
+    ASSERT_EQ(Trelvane_LoadFont(converted.c_str()), 2) << LastErrorSummary();
+    const Font& thingyFont = *FindFont(1);
+    const Font& reloaded = *FindFont(2);
+    ASSERT_EQ(LastEntryIndex(reloaded), LastEntryIndex(thingyFont));
+    ASSERT_EQ(LastEntryIndex(thingyFont), TWO_BYTE_FIRST_ENTRY + 10);
+    for (int entry = 0; entry <= LastEntryIndex(thingyFont); ++entry) {
+        SCOPED_TRACE(entry);
+        if (entry == TWO_BYTE_FIRST_ENTRY) continue;
+        ASSERT_NE(thingyFont.texts[entry], nullptr);
+        ASSERT_NE(reloaded.texts[entry], nullptr);
+        EXPECT_EQ(std::string(reloaded.texts[entry]), std::string(thingyFont.texts[entry]));
+        // A table file's "@" marks a parameter, which a thingy text's does not.
+        const bool marksParameter = std::strchr(thingyFont.texts[entry], PARAMETER_MARK) != nullptr;
+        EXPECT_EQ(reloaded.flags[entry], thingyFont.flags[entry] | (marksParameter ? ENTRY_PARAM : 0));
+        if (entry > TWO_BYTE_FIRST_ENTRY) {
+            EXPECT_EQ(TwoByteCodeOf(reloaded, entry), TwoByteCodeOf(thingyFont, entry));
+        }
+    }
+    EXPECT_EQ(std::string(reloaded.texts[0x41]), "A");
+    EXPECT_EQ(std::string(reloaded.texts[TWO_BYTE_FIRST_ENTRY + 4]), "a\"b\"");
+    EXPECT_EQ(std::string(reloaded.texts[TWO_BYTE_FIRST_ENTRY + 8]), "  two  ends  ");
+    EXPECT_EQ(std::string(reloaded.texts[TWO_BYTE_FIRST_ENTRY + 10]), "{\"@\"}");
+}
+
+// Quoted texts that touch continue one another; a blank between them leaves the later one.
+TEST_F(TableFileTest, TouchingQuotedTextsJoinWithADoubleQuote) {
+    ASSERT_EQ(LoadTable("t.txt", "[41] \"x\"\"\"\"y\" [42] \"p\" \"q\" [FF] terminal"), 1);
+    EXPECT_EQ(Decode({0x41, 0x42, 0xFF}), "x\"\"yq");
+    ResetFontSet();
+    EXPECT_EQ(LoadTable("u.txt", "[41] \"x\"\"y [FF] terminal"), 0);
+    EXPECT_EQ(LastErrorSummary(), "-302|u.txt|1,24|\"|");
 }
 
 }  // namespace

@@ -127,6 +127,19 @@ TEST_F(InfoVerb, JsonIsOneObjectPythonReads) {
               "Super NES 524288 0 LoROM JSON True True True\n");
 }
 
+// The verbs take the extension behind the last dot, so names with dots in
+// them work; the letter commands keep refusing them.
+TEST_F(InfoVerb, NamesWithSeveralDots) {
+    WriteFile(dir / "Game v1.1 (E).sfc", SnesImage(0x80000, "lorom", "DOTS"));
+    const VerbResult run = Info({"Game v1.1 (E).sfc"});
+    EXPECT_EQ(run.status, 0) << run.errors;
+    EXPECT_EQ(run.output.substr(0, run.output.find("Checksum")),
+              "File: Game v1.1 (E).sfc\nSystem: Super NES\nFile size: 524288 bytes\nHeader: none\n"
+              "Mapping: LoROM\nTitle: DOTS\n");
+    const VerbResult find = RunVerb(dir.path(), {"find", "Game v1.1 (E).sfc", "--references", "0x8000"});
+    EXPECT_EQ(find.errors.substr(0, find.errors.find('\n')), "trelvane find: Game v1.1 (E).sfc: header: none");
+}
+
 TEST_F(InfoVerb, Refusals) {
     WriteFile(dir / "notes.txt", std::string("hello"));
     WriteFile(dir / "short.nes", Bytes(4, 0));
