@@ -2,8 +2,6 @@
 // once as LoROM and once with the mapping left to the source. The text is on
 // disk as main.asm and as self.asm, so that it may incsrc itself; data.bin
 // (16 bytes) is there for incbin and game.tbl for table.
-#include <unistd.h>
-
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -28,15 +26,18 @@ void Assemble(std::optional<SnesMapping> mapping) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    static const std::filesystem::path folder = ScratchName("-asm");
     static bool ready = [] {
         std::error_code error;
-        std::filesystem::path folder = ScratchName("-asm");
         std::filesystem::create_directories(folder, error);
-        if (error || chdir(folder.c_str()) != 0) return false;
-        return WriteInput("game.tbl", reinterpret_cast<const uint8_t*>(kTable), sizeof kTable - 1) &&
+        const InsideFolder inside(folder);
+        return !error && inside.entered() &&
+               WriteInput("game.tbl", reinterpret_cast<const uint8_t*>(kTable), sizeof kTable - 1) &&
                WriteInput("data.bin", kData, sizeof kData);
     }();
-    if (!ready || !WriteInput("main.asm", data, size) || !WriteInput("self.asm", data, size)) return 0;
+    const InsideFolder inside(folder);
+    if (!ready || !inside.entered() || !WriteInput("main.asm", data, size) || !WriteInput("self.asm", data, size))
+        return 0;
     Assemble(SnesMapping::LoRom);
     Assemble(std::nullopt);
     return 0;
