@@ -14,8 +14,5 @@ enum class DirectiveResult { NotDirective, Done, Failed };
 // Runs the statement whose first word (lower case) is word with the rest as operand.
 DirectiveResult RunSourceDirective(AsmSession& session, const std::string& word, std::string_view operand);
 
-// Splits text at commas outside quotes and parentheses, blanks trimmed.
-std::vector<std::string_view> SplitOperandList(std::string_view text);
-
 // The text of a double-quoted string ("" is one quote); false when text is no such string.
 bool ReadQuotedText(std::string_view text, std::string& out);

@@ -5,23 +5,14 @@
 
 namespace {
 
-// Splits at commas outside quotes and parentheses.
+// The arguments of a macro call: the operand list's items, a quoted item
+// without its quotes.
 std::vector<std::string> SplitItems(std::string_view text) {
     std::vector<std::string> items;
     if (TrimBlanks(text).empty()) return items;
-    int depth = 0;
-    bool quoted = false;
-    size_t start = 0;
-    for (size_t i = 0; i <= text.size(); ++i) {
-        const char c = i < text.size() ? text[i] : ',';
-        if (c == '"') quoted = !quoted;
-        if (quoted) continue;
-        depth += c == '(' ? 1 : c == ')' ? -1 : 0;
-        if (c != ',' || depth != 0) continue;
-        std::string_view item = TrimBlanks(text.substr(start, i - start));
+    for (std::string_view item : SplitOperandList(text)) {
         if (item.size() >= 2 && item.front() == '"' && item.back() == '"') item = item.substr(1, item.size() - 2);
         items.emplace_back(item);
-        start = i + 1;
     }
     return items;
 }

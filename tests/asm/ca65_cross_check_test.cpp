@@ -6,6 +6,7 @@
 #include <string>
 
 #include "core/rom_slots.h"
+#include "asm/ca65_run.h"
 #include "support/test_support.h"
 #include "trelvane.h"
 
@@ -74,19 +75,11 @@ std::string Hex(const Bytes& bytes) {
     return text;
 }
 
-// The bytes that ca65 and ld65 make of the instructions, placed at kBlockAddress.
-Bytes AssembleWithCa65(const TempDir& dir) {
+// The instructions as ca65 source, 16-bit registers.
+std::string Ca65Source() {
     std::string source = ".p816\n.a16\n.i16\n";
     for (const Instruction& instruction : INSTRUCTIONS) source += std::string(instruction.ca65) + "\n";
-    WriteFile(dir / "rows.s", source);
-    WriteFile(dir / "rows.cfg",
-              "MEMORY { ROM: start = $8000, size = $8000, file = %O, fill = no; }\n"
-              "SEGMENTS { CODE: load = ROM, type = ro; }\n");
-    RunResult assembled = RunProgram(dir.path(), "ca65", {"rows.s", "-o", "rows.o"});
-    EXPECT_EQ(assembled.status, 0) << assembled.output;
-    RunResult linked = RunProgram(dir.path(), "ld65", {"-C", "rows.cfg", "-o", "rows.bin", "rows.o"});
-    EXPECT_EQ(linked.status, 0) << linked.output;
-    return ReadFile(dir / "rows.bin");
+    return source;
 }
 
 // The bytes that a patch script makes of the instructions in a Super NES image.
@@ -111,7 +104,7 @@ Bytes AssembleWithPatchScript(const TempDir& dir, size_t length) {
 
 TEST(Ca65CrossCheckTest, EveryOpcodeRowAssemblesAsCa65Does) {
     TempDir dir;
-    Bytes expected = AssembleWithCa65(dir);
+    Bytes expected = AssembleWithCa65(dir, Ca65Source());
     ASSERT_GT(expected.size(), 200u);
     Bytes ours = AssembleWithPatchScript(dir, expected.size());
     EXPECT_EQ(Hex(ours), Hex(expected));

@@ -6,6 +6,7 @@
 #include <set>
 #include <string>
 
+#include "asm/ca65_run.h"
 #include "source_run.h"
 
 namespace {
@@ -302,21 +303,9 @@ std::string JoinLines(const Row* rows, size_t count, bool ca65) {
     return text;
 }
 
-Bytes AssembleWithCa65(const TempDir& dir, const std::string& lines) {
-    WriteFile(dir / "rows.s", ".p816\n.a8\n.i8\n" + lines);
-    WriteFile(dir / "rows.cfg",
-              "MEMORY { ROM: start = $8000, size = $8000, file = %O, fill = no; }\n"
-              "SEGMENTS { CODE: load = ROM, type = ro; }\n");
-    RunResult assembled = RunProgram(dir.path(), "ca65", {"rows.s", "-o", "rows.o"});
-    EXPECT_EQ(assembled.status, 0) << assembled.output;
-    RunResult linked = RunProgram(dir.path(), "ld65", {"-C", "rows.cfg", "-o", "rows.bin", "rows.o"});
-    EXPECT_EQ(linked.status, 0) << linked.output;
-    return ReadFile(dir / "rows.bin");
-}
-
 void ExpectSameAsCa65(const Row* rows, size_t count) {
     TempDir dir;
-    const Bytes expected = AssembleWithCa65(dir, JoinLines(rows, count, true));
+    const Bytes expected = AssembleWithCa65(dir, ".p816\n.a8\n.i8\n" + JoinLines(rows, count, true));
     ASSERT_FALSE(expected.empty());
     const SourceRun ours = AssembleText("lorom\norg $808000\n" + JoinLines(rows, count, false));
     ASSERT_TRUE(ours.ok) << ours.errors;
