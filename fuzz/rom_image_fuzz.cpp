@@ -1,7 +1,7 @@
 // Arbitrary file bytes as a ROM image under each extension the loader knows
-// (and some it does not): a load keeps exactly the bytes behind the
-// extension's copier header, and saving a changed image writes it back behind
-// that header, leaving the header and the handles as they were.
+// (and some it does not): a load keeps exactly the bytes behind the header
+// the file's kind and size give, and saving a changed image writes it back
+// behind that header, leaving the header and the handles as they were.
 #include <cstdint>
 #include <cstring>
 #include <string>
@@ -13,14 +13,31 @@
 
 namespace {
 
+enum class Kind { Nes, Snes, GameBoy, Refused };
+
 struct Extension {
     const char* name;
-    long headerLength;  // -1 for a name the loader refuses
+    Kind kind;
+    size_t snesDefaultHeader;  // a Super NES file's header when its size does not tell
 };
 
-constexpr Extension kExtensions[] = {{".nes", 16},  {".smc", 512}, {".fig", 512}, {".gb", 0},  {".gbc", 0},
-                                     {".NES", 16},  {".Fig", 512}, {".sfc", -1},  {".x.gb", -1}, {"", -1}};
+constexpr Extension kExtensions[] = {
+    {".nes", Kind::Nes, 0},        {".smc", Kind::Snes, 512}, {".fig", Kind::Snes, 512}, {".gb", Kind::GameBoy, 0},
+    {".gbc", Kind::GameBoy, 0},    {".NES", Kind::Nes, 0},    {".Fig", Kind::Snes, 512}, {".sfc", Kind::Snes, 0},
+    {".swc", Kind::Snes, 512},     {".x.gb", Kind::Refused, 0}, {"", Kind::Refused, 0}};
 constexpr size_t kExtensionCount = sizeof kExtensions / sizeof kExtensions[0];
+
+// The header in front of the image: a Super NES copier header by the file's
+// size (512 when it leaves 512 over a multiple of 1024, none for a multiple,
+// the extension's default otherwise); the iNES header with the trainer its
+// flags announce; none on the Game Boy.
+size_t ExpectedHeader(const Extension& extension, const uint8_t* file, size_t size) {
+    switch (extension.kind) {
+        case Kind::Snes: return size % 1024 == 512 ? 512 : size % 1024 == 0 ? 0 : extension.snesDefaultHeader;
+        case Kind::Nes: return size >= 16 && std::memcmp(file, "NES\x1A", 4) == 0 && (file[6] & 4) ? 528 : 16;
+        default: return 0;
+    }
+}
 
 std::vector<unsigned char> ReadBack(const std::string& path) {
     std::vector<unsigned char> bytes;
@@ -44,12 +61,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const size_t fileSize = size - 1;
     Trelvane_FreeROM(-1);
     const long handle = Trelvane_LoadROM(path.c_str());
-    const bool loadable = extension.headerLength >= 0 && fileSize >= static_cast<size_t>(extension.headerLength);
+    const size_t header = ExpectedHeader(extension, data + 1, fileSize);
+    const bool loadable = extension.kind != Kind::Refused && fileSize >= header;
     if ((handle != 0) != loadable) __builtin_trap();
     if (!handle) return 0;
     const RomImage& image = CurrentRom();
-    const size_t header = static_cast<size_t>(extension.headerLength);
-    if (static_cast<size_t>(image.size) != fileSize - header || image.headerLength != extension.headerLength ||
+    if (static_cast<size_t>(image.size) != fileSize - header || static_cast<size_t>(image.headerLength) != header ||
         (image.size && std::memcmp(image.data, data + 1 + header, fileSize - header) != 0))
         __builtin_trap();
 

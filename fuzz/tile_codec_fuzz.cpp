@@ -27,16 +27,24 @@ struct Geometry {
     size_t Pixels() const { return width > 0 && height > 0 ? static_cast<size_t>(width * height) : 0; }
 };
 
+// A picture of no pixels still hands the codecs a valid pointer: they refuse
+// a null one.
+unsigned char noPixel = 0;
+unsigned char* PixelPointer(std::vector<unsigned char>& pixels) { return pixels.empty() ? &noPixel : pixels.data(); }
+const unsigned char* PixelPointer(const std::vector<unsigned char>& pixels) {
+    return pixels.empty() ? &noPixel : pixels.data();
+}
+
 std::vector<unsigned char> Image() { return {CurrentRom().data, CurrentRom().data + CurrentRom().size}; }
 
 std::vector<unsigned char> Decode(const Geometry& g) {
     std::vector<unsigned char> pixels(g.Pixels(), 0xEE);
-    if (Trelvane_DecodeTiles(pixels.data(), g.width, g.height, g.address, g.format) != -1) __builtin_trap();
+    if (Trelvane_DecodeTiles(PixelPointer(pixels), g.width, g.height, g.address, g.format) != -1) __builtin_trap();
     return pixels;
 }
 
 void Encode(const Geometry& g, const std::vector<unsigned char>& pixels) {
-    if (Trelvane_EncodeTiles(pixels.data(), g.width, g.height, g.address, 0, g.format) != -1) __builtin_trap();
+    if (Trelvane_EncodeTiles(PixelPointer(pixels), g.width, g.height, g.address, 0, g.format) != -1) __builtin_trap();
 }
 
 void ExpectWithinDepth(const std::vector<unsigned char>& pixels, const TileFormat& format) {
