@@ -200,7 +200,7 @@ bool Placement::PlaceAll() {
 
 bool Placement::StandsAt(int64_t at, const std::string& bytes) const {
     const int64_t length = static_cast<int64_t>(bytes.size());
-    if (at < 0 || at + length > static_cast<int64_t>(image_.size())) return false;
+    if (at < 0 || at > static_cast<int64_t>(image_.size()) - length) return false;
     if (!std::all_of(written_.begin() + at, written_.begin() + at + length, [](bool b) { return b; })) return false;
     return std::memcmp(image_.data() + at, bytes.data(), bytes.size()) == 0;
 }
