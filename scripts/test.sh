@@ -13,7 +13,7 @@ ensure_packages test
 FUZZ_SECONDS=${FUZZ_SECONDS:-8}
 
 echo "== fuzz targets (${FUZZ_SECONDS} s each, from their seed corpora)"
-bash scripts/fuzz.sh "$FUZZ_SECONDS"
+TRELVANE_FUZZ_SEED=${TRELVANE_FUZZ_SEED:-1} bash scripts/fuzz.sh "$FUZZ_SECONDS"
 
 echo "== release build (tests and benchmarks)"
 cmake --preset release >/dev/null
