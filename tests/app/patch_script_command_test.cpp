@@ -147,6 +147,8 @@ TEST_F(PatchScriptCommandTest, IncludeCyclesAreRefused) {
     EXPECT_EQ(Patch("self.asm"), (RunResult{0, "self.asm:3,10:File self.asm is already being read.\n"}));
     EXPECT_EQ(Image(0x8000, 3), Bytes({0x01, 0x02, 0x00}));
 
+    // A symbolic link made here is no Windows link to the Windows program under wine.
+    if (TestingWindowsBuild()) return;
     WriteFile(dir / "a.asm", ".ADDRESS 9000h\n.BYTE 5\n.INCLUDE \"b.asm\"\n");
     WriteFile(dir / "b.asm", ".INCLUDE \"link.asm\"\n.BYTE 6\n");
     std::filesystem::create_symlink("a.asm", dir / "link.asm");
