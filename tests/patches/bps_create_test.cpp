@@ -113,6 +113,51 @@ TEST(BpsCreate, FindsMovedAndInsertedData) {
     EXPECT_LE(RoundTrip(original, relocated), 48u * 5 + 60);
 }
 
+// A copy of 40 bytes is found wherever it starts, from the original and from
+// the bytes written before it, in an original whose blocks are all different
+// and in one that repeats itself (a long stretch of zeros).
+TEST(BpsCreate, FindsShortCopiesAtEveryAlignment) {
+    std::mt19937 random(13);
+    const Bytes unique = RandomBytes(1 << 18, random);
+    Bytes repeating = unique;
+    std::fill_n(repeating.begin() + 0x30000, 0x4000, 0);
+    const Bytes fresh = RandomBytes(40, random);
+    for (const Bytes* original : {&unique, static_cast<const Bytes*>(&repeating)}) {
+        for (size_t shift = 0; shift < 8; ++shift) {
+            SCOPED_TRACE(shift);
+            // Found, the copy costs a few bytes; as literal bytes it costs 40.
+            Bytes copied = *original;
+            std::copy_n(original->begin() + 0x1001 + shift, 40, copied.begin() + 0x20000);
+            EXPECT_LE(RoundTrip(*original, copied), 45u);
+            Bytes twice = *original;
+            std::copy(fresh.begin(), fresh.end(), twice.begin() + 0x2003 + shift);
+            std::copy(fresh.begin(), fresh.end(), twice.begin() + 0x28000);
+            EXPECT_LE(RoundTrip(*original, twice), 40u + 55);
+        }
+    }
+}
+
+// After a changed byte, the longest match is taken from where it starts,
+// whatever its alignment, even where a shorter one starts there too: here
+// 100 bytes from elsewhere whose first 10 also stand in place.
+TEST(BpsCreate, TakesTheLongestMatchWhereItStarts) {
+    std::mt19937 random(17);
+    Bytes original = RandomBytes(1 << 19, random);
+    auto to = [](size_t k) { return 0x10000 + k * 1000; };
+    auto from = [](size_t k) { return 0x30000 + k * 1000 + 1 + k % 7; };
+    for (size_t k = 0; k < 100; ++k)
+        for (size_t i = 0; i < 10; ++i) original[from(k) + i] = original[to(k) + i];
+    Bytes modified = original;
+    for (size_t k = 0; k < 100; ++k) {
+        modified[to(k) - 1] ^= 0xFF;
+        for (size_t i = 0; i < 100; ++i) modified[to(k) + i] = original[from(k) + i];
+    }
+    // About eight bytes an edit: the changed byte as a TargetRead, the
+    // SourceCopy, the SourceRead after it. Reading the 10 bytes in place
+    // first adds an action to nearly every edit (914 bytes in all).
+    EXPECT_LE(RoundTrip(original, modified), 830u);
+}
+
 TEST(BpsCreate, ScatteredEditsCostLittleMoreThanTheirBytes) {
     std::mt19937 random(11);
     const Bytes original = ImageLike(1 << 20, random);
