@@ -2,10 +2,13 @@
 // changed in scattered runs; (b) the same plus eight 64 KiB blocks copied
 // over other places and 64 KiB of new bytes inserted in the middle. The
 // patch sizes, and that of the IPS patch of (a), are reported as counters.
-// The engine calls, and for (b) the whole i and p commands as well.
+// The engine calls, and for (b) the whole i and p commands as well. Creation
+// also on (c): (a)'s changes to an original whose every fourth 64 KiB block
+// is padding, which the creator searches through its suffix array.
 #include <benchmark/benchmark.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -60,6 +63,10 @@ public:
         Write("old.smc", original_);
         Write("a.smc", scattered);
         Write("b.smc", MoveAndInsert(scattered, original_, random));
+        Bytes padded = original_;
+        for (size_t at = 0; at < padded.size(); at += 4 * kBlockSize) std::fill_n(padded.begin() + at, kBlockSize, 0xFF);
+        Write("padded.smc", padded);
+        Write("c.smc", ScatterChanges(padded, random));
         for (const char* pair : {"a", "b"})
             Trelvane_CreateBPS(Path(std::string(pair) + ".bps").c_str(), Path("old.smc").c_str(),
                                Path(std::string(pair) + ".smc").c_str());
@@ -86,10 +93,10 @@ const BenchFiles& Files() {
     return files;
 }
 
-void CreateBps(benchmark::State& state, const std::string& pair) {
+void CreateBps(benchmark::State& state, const std::string& pair, const char* original = "old.smc") {
     const BenchFiles& files = Files();
     for (auto _ : state)
-        if (!Trelvane_CreateBPS(files.Path("out.bps").c_str(), files.Path("old.smc").c_str(),
+        if (!Trelvane_CreateBPS(files.Path("out.bps").c_str(), files.Path(original).c_str(),
                                 files.Path(pair + ".smc").c_str()))
             state.SkipWithError("creating failed");
     state.counters["patch_bytes"] = files.Size("out.bps");
@@ -109,6 +116,7 @@ void ApplyBps(benchmark::State& state, const std::string& pair) {
 
 void BM_CreateBpsScattered(benchmark::State& state) { CreateBps(state, "a"); }
 void BM_CreateBpsMovedAndInserted(benchmark::State& state) { CreateBps(state, "b"); }
+void BM_CreateBpsPaddedOriginal(benchmark::State& state) { CreateBps(state, "c", "padded.smc"); }
 void BM_ApplyBpsScattered(benchmark::State& state) { ApplyBps(state, "a"); }
 void BM_ApplyBpsMovedAndInserted(benchmark::State& state) { ApplyBps(state, "b"); }
 
@@ -132,6 +140,7 @@ void BM_ApplyBpsCommand(benchmark::State& state) {
 
 BENCHMARK(BM_CreateBpsScattered)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(BM_CreateBpsMovedAndInserted)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(BM_CreateBpsPaddedOriginal)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(BM_ApplyBpsScattered)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(BM_ApplyBpsMovedAndInserted)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(BM_CreateBpsCommand)->Unit(benchmark::kMillisecond)->UseRealTime();

@@ -7,28 +7,29 @@ namespace {
 
 constexpr uint64_t kMultiplier = 0x9E3779B97F4A7C15;
 constexpr size_t kFewestSlots = 1 << 10;
-constexpr size_t kMostSlots = size_t{1} << 26;
+// At least two slots a block, so that most chains are empty or short.
+constexpr size_t kSlotsPerBlock = 2;
+constexpr size_t kMostSlots = size_t{1} << 27;
 // Blocks are added in order; the slot of the block this many further on is
-// fetched into the cache meanwhile.
-constexpr size_t kFetchAhead = 16;
+// fetched into the cache meanwhile, and the latest entry of the slot of the
+// block half as far on, which has arrived by then.
+constexpr size_t kFetchAhead = 32;
 // Chain links looked at per repeat counted.
 constexpr size_t kLinksPerRepeat = 4;
 
 }  // namespace
 
 BlockChains::BlockChains(const unsigned char* bytes, size_t size) : bytes_(bytes), size_(size) {
-    size_t blocks = size / SPACING + 1;
-    size_t slots = std::bit_ceil(std::clamp(blocks, kFewestSlots, kMostSlots));
+    size_t blocks = size / SPACING;  // those with KEY_BYTES (= SPACING) bytes from their start
+    size_t slots = std::bit_ceil(std::clamp(blocks * kSlotsPerBlock, kFewestSlots, kMostSlots));
     shift_ = 64 - std::countr_zero(slots);
     heads_.assign(slots, 0);
-    next_ = std::make_unique_for_overwrite<uint32_t[]>(blocks);
-    marks_ = std::make_unique_for_overwrite<uint32_t[]>(blocks);
+    entries_ = std::make_unique_for_overwrite<Entry[]>(blocks);
 }
 
 bool BlockChains::AddUpTo(size_t end, size_t limit) {
     while (added_ < end && HasBlock(added_)) {
-        size_t ahead = added_ + kFetchAhead * SPACING;
-        if (HasBlock(ahead)) Prefetch(bytes_ + ahead);
+        FetchAhead(limit > 0);
         size_t repeats = Add(added_, limit * kLinksPerRepeat);
         added_ += SPACING;
         if (limit > 0 && repeats >= limit) return false;
@@ -36,13 +37,21 @@ bool BlockChains::AddUpTo(size_t end, size_t limit) {
     return true;
 }
 
+void BlockChains::FetchAhead(bool latestEntries) const {
+    size_t ahead = added_ + kFetchAhead * SPACING, nearer = added_ + kFetchAhead / 2 * SPACING;
+    if (HasBlock(ahead)) Prefetch(bytes_ + ahead);
+    if (latestEntries && HasBlock(nearer)) {
+        uint32_t link = heads_[Print(bytes_ + nearer).slot];
+        if (link != 0) __builtin_prefetch(&entries_[link - 1]);
+    }
+}
+
 size_t BlockChains::Add(size_t at, size_t most) {
     Fingerprint print = Print(bytes_ + at);
     size_t equal = 0;
     ForEachEqual(bytes_ + at, most, [&equal](size_t) { ++equal; });
     size_t block = at / SPACING;
-    next_[block] = heads_[print.slot];
-    marks_[block] = print.mark;
+    entries_[block] = {heads_[print.slot], print.mark};
     heads_[print.slot] = static_cast<uint32_t>(block + 1);
     return equal;
 }

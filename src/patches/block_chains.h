@@ -34,9 +34,11 @@ public:
     template <class Visit>
     void ForEachEqual(const unsigned char* key, size_t most, Visit&& visit) const {
         Fingerprint print = Print(key);
-        for (uint32_t link = heads_[print.slot]; link != 0 && most > 0; link = next_[link - 1], --most) {
+        for (uint32_t link = heads_[print.slot]; link != 0 && most > 0; --most) {
+            const Entry& entry = entries_[link - 1];
             size_t at = size_t{link - 1} * SPACING;
-            if (marks_[link - 1] == print.mark && std::memcmp(bytes_ + at, key, KEY_BYTES) == 0) visit(at);
+            if (entry.mark == print.mark && std::memcmp(bytes_ + at, key, KEY_BYTES) == 0) visit(at);
+            link = entry.next;
         }
     }
 
@@ -45,6 +47,9 @@ private:
     // Adds the block at `at` and returns how many blocks with the same bytes
     // its chain held already, looking at no more than `most` links.
     size_t Add(size_t at, size_t most);
+    // Fetches into the cache the slots (and, when repeats are counted, the
+    // latest entries) that the blocks added next will need.
+    void FetchAhead(bool latestEntries) const;
 
     struct Fingerprint {
         size_t slot;
@@ -56,9 +61,12 @@ private:
     size_t size_;
     int shift_;
     // Blocks are numbered from 1 in the chains, 0 ending one. Each block's
-    // link and mark are written when it is added, before any read.
-    std::vector<uint32_t> heads_;        // per slot: its latest block
-    std::unique_ptr<uint32_t[]> next_;   // per block: the one before it in its chain
-    std::unique_ptr<uint32_t[]> marks_;  // per block: its fingerprint's mark
-    size_t added_ = 0;             // where the next block to add starts
+    // entry is written when it is added, before any read.
+    struct Entry {
+        uint32_t next;  // the block before it in its chain
+        uint32_t mark;  // its fingerprint's mark
+    };
+    std::vector<uint32_t> heads_;       // per slot: its latest block
+    std::unique_ptr<Entry[]> entries_;  // per block
+    size_t added_ = 0;                  // where the next block to add starts
 };
