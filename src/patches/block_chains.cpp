@@ -29,21 +29,19 @@ BlockChains::BlockChains(const unsigned char* bytes, size_t size) : bytes_(bytes
 
 bool BlockChains::AddUpTo(size_t end, size_t limit) {
     while (added_ < end && HasBlock(added_)) {
-        FetchAhead(limit > 0);
+        // The fetches stay in the loop: a function made of them alone has no
+        // effect the compiler must keep.
+        size_t ahead = added_ + kFetchAhead * SPACING, nearer = added_ + kFetchAhead / 2 * SPACING;
+        if (HasBlock(ahead)) Prefetch(bytes_ + ahead);
+        if (limit > 0 && HasBlock(nearer)) {
+            uint32_t link = heads_[Print(bytes_ + nearer).slot];
+            if (link != 0) __builtin_prefetch(&entries_[link - 1]);
+        }
         size_t repeats = Add(added_, limit * kLinksPerRepeat);
         added_ += SPACING;
         if (limit > 0 && repeats >= limit) return false;
     }
     return true;
-}
-
-void BlockChains::FetchAhead(bool latestEntries) const {
-    size_t ahead = added_ + kFetchAhead * SPACING, nearer = added_ + kFetchAhead / 2 * SPACING;
-    if (HasBlock(ahead)) Prefetch(bytes_ + ahead);
-    if (latestEntries && HasBlock(nearer)) {
-        uint32_t link = heads_[Print(bytes_ + nearer).slot];
-        if (link != 0) __builtin_prefetch(&entries_[link - 1]);
-    }
 }
 
 size_t BlockChains::Add(size_t at, size_t most) {

@@ -47,9 +47,6 @@ private:
     // Adds the block at `at` and returns how many blocks with the same bytes
     // its chain held already, looking at no more than `most` links.
     size_t Add(size_t at, size_t most);
-    // Fetches into the cache the slots (and, when repeats are counted, the
-    // latest entries) that the blocks added next will need.
-    void FetchAhead(bool latestEntries) const;
 
     struct Fingerprint {
         size_t slot;
