@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "run_trelvane.h"
+#include "sentences.h"
 #include "trelvane.h"
 
 namespace {
@@ -39,18 +40,6 @@ Bytes RandomBytes(size_t size, std::mt19937& random) {
     Bytes bytes(size);
     for (char& byte : bytes) byte = static_cast<char>(random());
     return bytes;
-}
-
-// A sentence of four to nine words, about 30 characters.
-std::string Sentence(std::mt19937& random) {
-    static const char* kWords[] = {"the", "castle", "gate", "is", "closed", "hero", "sword", "you", "found", "a",
-                                   "key", "north", "of", "town", "dragon", "sleeps", "inn", "rest", "gold", "talk"};
-    std::string text;
-    for (int words = 4 + random() % 6; words > 0; --words) {
-        if (!text.empty()) text += ' ';
-        text += kWords[random() % 20];
-    }
-    return text;
 }
 
 class BenchFiles {

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "run_trelvane.h"
+#include "sentences.h"
 #include "table/font_set.h"
 #include "table/shortest_encoding.h"
 #include "trelvane.h"
@@ -32,17 +33,6 @@ std::string Table() {
     }
     // Dictionary entries that overlap, so that longest match is not shortest.
     return table + "80=the \n81=he\n82= th\n83=e c\n84=cast\n85=castle\n86=le \n*FE\n/FF\n";
-}
-
-std::string Sentence(std::mt19937& random) {
-    static const char* kWords[] = {"the", "castle", "gate", "is", "closed", "hero", "sword", "you", "found", "a",
-                                   "key", "north", "of", "town", "dragon", "sleeps", "inn", "rest", "gold", "talk"};
-    std::string text;
-    for (int words = 4 + random() % 6; words > 0; --words) {
-        if (!text.empty()) text += ' ';
-        text += kWords[random() % 20];
-    }
-    return text;
 }
 
 class VerbFiles {
