@@ -4,6 +4,7 @@
 
 #include <random>
 
+#include "patches/bps_create.h"
 #include "patches/delta_patch_builder.h"
 #include "support/test_support.h"
 
@@ -38,6 +39,28 @@ TEST(DiffVerb, EveryFormatRebuildsTheModifiedFile) {
             ASSERT_EQ(RunVerb(dir.path(), {"apply", "old game.sfc", patch, "-o", "made.sfc"}).status, 0);
             EXPECT_TRUE(ReadFile(dir / "made.sfc") == modified);
         }
+    }
+}
+
+// The program makes the engine's BPS patch byte for byte, through the block
+// chains (a random original) and through the suffix array (one that repeats
+// itself). Run against the Windows build, this compares its own suffix sorter
+// with libdivsufsort.
+TEST(DiffVerb, BpsPatchIsTheEnginesOnEverySystem) {
+    TempDir dir;
+    const Bytes random = Random(300000, 2);
+    Bytes repeating(300000);
+    for (size_t at = 0; at < repeating.size(); ++at) repeating[at] = random[at % 1000 * 7 % 993];
+    for (const Bytes* original : {&random, static_cast<const Bytes*>(&repeating)}) {
+        Bytes modified = *original;
+        modified.insert(modified.begin() + 1234, original->begin() + 200000, original->begin() + 203000);
+        for (size_t at = 5000; at < modified.size(); at += 9000) modified[at] ^= 0x21;
+        WriteFile(dir / "old.sfc", *original);
+        WriteFile(dir / "new.sfc", modified);
+        ASSERT_EQ(RunVerb(dir.path(), {"diff", "old.sfc", "new.sfc", "-o", "fix.bps"}).status, 0);
+        Bytes expected;
+        BuildBpsPatch(original->data(), original->size(), modified.data(), modified.size(), expected);
+        EXPECT_TRUE(ReadFile(dir / "fix.bps") == expected);
     }
 }
 
