@@ -132,6 +132,11 @@ CORPORA = {
     "png_fuzz": {"indexed.png": png(8, 8, 3, bytes(i % 4 for i in range(64)), bytes(range(12))),
                  "grey.png": png(4, 2, 0, b"\x00\xFF\x00\xFF\xFF\x00\xFF\x00"),
                  "rgb.png": png(2, 2, 2, b"\x00\x00\x00\xFF\xFF\xFF\xFF\xFF\xFF\x00\x00\x00")},
+    "patch_stack_fuzz": {"ips-ips": b"\x00" + b"ABCDEFGH" + b"\n--\n" + ips([(1, b"xy")]) + b"\n--\n"
+                         + ips([(1, b"xz"), (6, b"!")]),
+                         "bps-ups": b"\x01" + b"ABCDEFGH" + b"\n--\n" + bps(b"ABCDEFGH", b"ABCxyz")
+                         + b"\n--\n" + ups(b"ABCxyz", b"ABCxyZ"),
+                         "header": b"\x02" + bytes(1024) + b"\n--\n" + ips([(0x200, b"AB")])},
     "patch_script_fuzz": {"code.txt": PATCH_SCRIPT, "macro.txt": MACRO_SCRIPT,
                           "include.txt": b'.INCLUDE "library.txt"\n.ADDRESS 808000h\nrtl\n'},
     "pattern_fuzz": {"words": b"\x00abc\n[0-9]+\nlda\n", "lexicon": b"\x02[A-Z]+h\n\"[^\"]*\"\n"},
