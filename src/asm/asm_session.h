@@ -71,6 +71,8 @@ struct AsmSession {
 
     // Records an error at the current statement (column offset added); returns false.
     bool Error(const std::string& text, int columnOffset = 0);
+    // Whether the errors reached their limit; the pass then stops.
+    bool TooManyErrors() const;
     void Warning(const std::string& text);
     SnesMapping Mapping() const { return mapping.value_or(SnesMapping::LoRom); }
 };

@@ -48,6 +48,7 @@ public:
     explicit StatementRunner(AsmSession& session) : s_(session) {}
 
     void Line(const std::string& text, int line) {
+        if (s_.TooManyErrors()) return;
         if (++s_.linesRun > MAX_LINES_RUN) {
             if (s_.linesRun == MAX_LINES_RUN + 1) s_.Error("more than 10,000,000 lines run: do macros or files call themselves?");
             return;

@@ -2,6 +2,8 @@
 // of each refusal; a refused source changes no byte of the image.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "source_run.h"
 
 namespace {
@@ -95,6 +97,20 @@ TEST(SourceErrorsTest, PlacementOutsideTheImageOrTheMapping) {
              {"org $1000000", "3:1: org $1000000 is outside $000000-$FFFFFF\n"},
          })
         ExpectErrors(c);
+}
+
+// The hundredth error ends the pass, so that a macro that calls itself more
+// than once fails at once instead of running out its ten million lines.
+TEST(SourceErrorsTest, AHundredErrorsStopTheSource) {
+    std::string source, expected;
+    for (int line = 3; line < 153; ++line) source += "frob\n";
+    for (int line = 3; line < 103; ++line) expected += std::to_string(line) + ":1: unknown statement 'frob'\n";
+    expected += "102:1: too many errors: the rest is not assembled\n";
+    EXPECT_EQ(AssembleText("lorom\norg $808000\n" + source).errors, expected);
+
+    const SourceRun bomb = AssembleText("lorom\norg $808000\nmacro m()\nfrob\n%m()\n%m()\nendmacro\n%m()\n");
+    EXPECT_EQ(std::count(bomb.errors.begin(), bomb.errors.end(), '\n'), 101);
+    EXPECT_TRUE(bomb.errors.ends_with(": too many errors: the rest is not assembled\n")) << bomb.errors;
 }
 
 TEST(SourceErrorsTest, AFileThatCannotBeRead) {
