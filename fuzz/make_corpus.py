@@ -113,7 +113,10 @@ CORPORA = {
     "asm_source_fuzz": {"hook.asm": b"lorom\norg $808000\nMain:\n  lda #$0F\n  sta $12\n  jsl Sub\n  bra Main\n"
                         b"Sub:\n  rep #$20 : lda.w #$1234 : rtl\n",
                         "data.asm": b"!value = $10\nmacro store(a)\n  lda #<a>\nendmacro\norg $808100\n%store(!value)\n"
-                        b"db 1,2,\"AB\" : dw Label : dl Label\nLabel: incbin \"data.bin\"\n"},
+                        b"db 1,2,\"AB\" : dw Label : dl Label\nLabel: incbin \"data.bin\"\n",
+                        # A macro that calls itself twice, each time after an error.
+                        "macro-bomb.asm": b"!value = $10\nmacro store(a)\n\xaf ld$808100\n%store(!value)\n\n"
+                        b"%store(!value)\ndb\" ,21,AB<a>\nendmacro\no2g value808100\n%store(!value)\ndb\"dw La\n"},
     "bmp_fuzz": {"sheet.bmp": bmp(8, 8, list(range(64))), "wide.bmp": bmp(16, 8, [i % 16 for i in range(128)]),
                  "one.bmp": bmp(1, 1, [15])},
     "bps_apply_fuzz": {"small.bps": bps(b"ABCDEFGH", b"ABCXYZGHIJ"), "grow.bps": bps(b"", b"new bytes"),
