@@ -45,6 +45,19 @@ TEST(SuffixArray, EveryShortTextOverSmallAlphabets) {
     }
 }
 
+// Texts long enough to be sorted by induction, over few letters so that LMS
+// substrings repeat and the sorter recurses, some levels deep.
+TEST(SuffixArray, InducedSortingOfShortTextsOverFewLetters) {
+    std::mt19937 random(5);
+    for (int round = 0; round < 4000; ++round) {
+        const unsigned letters = 2 + round % 3;
+        Bytes text(16 + random() % 400);
+        for (auto& byte : text) byte = static_cast<unsigned char>('a' + random() % letters);
+        ExpectBothBuildersAgree(text, SortedSuffixes(text), std::string(text.begin(), text.end()));
+        if (HasFailure()) return;
+    }
+}
+
 Bytes Repeated(const Bytes& pattern, size_t size) {
     Bytes text(size);
     for (size_t i = 0; i < size; ++i) text[i] = pattern[i % pattern.size()];
