@@ -7,20 +7,14 @@
 #include <set>
 #include <vector>
 
-namespace {
+#include "support/test_support.h"
 
-using Bytes = std::vector<unsigned char>;
+namespace {
 
 std::vector<size_t> Equal(const BlockChains& chains, const unsigned char* key, size_t most = 1000) {
     std::vector<size_t> found;
     chains.ForEachEqual(key, most, [&](size_t at) { found.push_back(at); });
     return found;
-}
-
-Bytes RandomBytes(size_t size, std::mt19937& random) {
-    Bytes bytes(size);
-    for (auto& byte : bytes) byte = static_cast<unsigned char>(random());
-    return bytes;
 }
 
 TEST(BlockChains, ListsTheAddedBlocksWithEqualBytesLatestFirst) {

@@ -44,12 +44,6 @@ Bytes ImageLike(size_t size, std::mt19937& random) {
     return bytes;
 }
 
-Bytes RandomBytes(size_t size, std::mt19937& random) {
-    Bytes bytes(size);
-    for (auto& byte : bytes) byte = static_cast<unsigned char>(random());
-    return bytes;
-}
-
 // A pattern of 1 to 64 random bytes repeated, as padding, tiles and tables are.
 Bytes Repeating(size_t size, std::mt19937& random) {
     Bytes pattern = RandomBytes(1 + random() % 64, random), bytes(size);

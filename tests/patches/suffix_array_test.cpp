@@ -7,9 +7,9 @@
 #include <random>
 #include <string>
 
-namespace {
+#include "support/test_support.h"
 
-using Bytes = std::vector<unsigned char>;
+namespace {
 
 // The suffix array by its definition: positions sorted by their suffixes.
 std::vector<int32_t> SortedSuffixes(const Bytes& text) {
@@ -69,10 +69,8 @@ Bytes Repeated(const Bytes& pattern, size_t size) {
 // copy of itself. The induced sorter must give the library's array exactly.
 TEST(SuffixArray, InducedSortingGivesTheLibrarysArray) {
     std::mt19937 random(77);
-    Bytes noise(70000);
-    for (auto& byte : noise) byte = static_cast<unsigned char>(random());
-    Bytes pattern(64);
-    for (auto& byte : pattern) byte = static_cast<unsigned char>(random());
+    const Bytes noise = RandomBytes(70000, random);
+    const Bytes pattern = RandomBytes(64, random);
     Bytes edited = Repeated(pattern, 90000);
     for (int edit = 0; edit < 40; ++edit) edited[random() % edited.size()] = static_cast<unsigned char>(random());
     Bytes doubled = noise;

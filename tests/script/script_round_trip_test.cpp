@@ -74,6 +74,15 @@ std::vector<FormCase> TableForms() {
             {"split bank", Split(0x200, 0x400, 0x600, POINTER_MAP_HIROM)}};
 }
 
+void PutPointer(GameImage& image, const PointerForm& form, const PointerPlace& place, int64_t target) {
+    std::optional<uint32_t> value = ValueForTarget(form, target, 0);
+    ASSERT_TRUE(value) << target;
+    for (int i = 0; i < place.size; ++i) image.bytes.at(place.byteAt[i]) = static_cast<unsigned char>(*value >> 8 * i);
+}
+
+// Strings per image: few enough for one-byte pointers.
+int StringsFor(const PointerForm& form) { return form.size == 1 ? 14 : 40; }
+
 class ScriptRoundTripTest : public GameTest {
 protected:
     void SetUp() override {
@@ -110,6 +119,18 @@ protected:
         return read;
     }
 
+    // Strings and a table of pointers to them in the form given, loaded as
+    // the current image, dumped and read back.
+    ScriptDocument DumpTableOf(const PointerForm& form, std::mt19937& random, GameImage& image) {
+        std::vector<int64_t> targets = PutStrings(image, random, StringsFor(form));
+        for (size_t i = 0; i < targets.size(); ++i)
+            PutPointer(image, form, PlaceOfEntry(form, static_cast<int64_t>(i)), targets[i]);
+        Load(image);
+        ScriptDocument script = DumpAndReread(TableSource(form, static_cast<int>(targets.size())));
+        EXPECT_EQ(script.entries.size(), targets.size());
+        return script;
+    }
+
     Bytes Image() const { return Bytes(CurrentRom().data, CurrentRom().data + CurrentRom().size); }
 
     static ScriptSource TableSource(const PointerForm& form, int count) {
@@ -123,12 +144,6 @@ protected:
     }
 };
 
-void PutPointer(GameImage& image, const PointerForm& form, const PointerPlace& place, int64_t target) {
-    std::optional<uint32_t> value = ValueForTarget(form, target, 0);
-    ASSERT_TRUE(value) << target;
-    for (int i = 0; i < place.size; ++i) image.bytes.at(place.byteAt[i]) = static_cast<unsigned char>(*value >> 8 * i);
-}
-
 // Offset of the first byte where the images differ, -1 when they do not.
 int64_t FirstDifference(const Bytes& a, const Bytes& b) {
     if (a.size() != b.size()) return -2;
@@ -136,8 +151,6 @@ int64_t FirstDifference(const Bytes& a, const Bytes& b) {
     return parted.first == a.end() ? -1 : parted.first - a.begin();
 }
 
-// Strings per image: few enough for one-byte pointers.
-int StringsFor(const PointerForm& form) { return form.size == 1 ? 14 : 40; }
 
 TEST_F(ScriptRoundTripTest, AnUnchangedScriptPutsEveryByteBackInEveryTableForm) {
     for (const FormCase& form : TableForms()) {
@@ -145,12 +158,8 @@ TEST_F(ScriptRoundTripTest, AnUnchangedScriptPutsEveryByteBackInEveryTableForm) 
             SCOPED_TRACE(std::string(form.name) + " seed " + std::to_string(seed));
             std::mt19937 random(seed);
             GameImage image(0x10000);
-            std::vector<int64_t> targets = PutStrings(image, random, StringsFor(form.form));
-            for (size_t i = 0; i < targets.size(); ++i)
-                PutPointer(image, form.form, PlaceOfEntry(form.form, static_cast<int64_t>(i)), targets[i]);
-            Load(image);
-            ScriptDocument script = DumpAndReread(TableSource(form.form, static_cast<int>(targets.size())));
-            ASSERT_EQ(script.entries.size(), targets.size());
+            ScriptDocument script = DumpTableOf(form.form, random, image);
+            ASSERT_FALSE(HasFailure());
             PlacementReport report;
             ASSERT_TRUE(PlaceScript(1, script, {}, "s.txt", report)) << Trelvane_GetLastError();
             ASSERT_EQ(FirstDifference(Image(), image.bytes), -1);
@@ -201,11 +210,7 @@ TEST_F(ScriptRoundTripTest, TranslatedStringsReadBackThroughTheirPointers) {
         SCOPED_TRACE(form.name);
         std::mt19937 random(7);
         GameImage image(0x10000);
-        std::vector<int64_t> targets = PutStrings(image, random, StringsFor(form.form));
-        for (size_t i = 0; i < targets.size(); ++i)
-            PutPointer(image, form.form, PlaceOfEntry(form.form, static_cast<int64_t>(i)), targets[i]);
-        Load(image);
-        ScriptDocument script = DumpAndReread(TableSource(form.form, static_cast<int>(targets.size())));
+        ScriptDocument script = DumpTableOf(form.form, random, image);
         for (size_t i = 0; i < translations.size(); ++i) script.entries[i].text = translations[i];
         script.regions.push_back({0x4000, 0x400});
         ScriptDocument edited;

@@ -2,8 +2,11 @@
 // folder, whole-file input and output, and running the built executable.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <filesystem>
 #include <ostream>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -28,6 +31,13 @@ void WriteFile(const std::string& path, const std::string& text);
 Bytes ReadFile(const std::string& path);
 std::string ReadText(const std::string& path);
 inline bool FileExists(const std::string& path) { return std::filesystem::exists(path); }
+
+// size bytes drawn from random.
+inline Bytes RandomBytes(size_t size, std::mt19937& random) {
+    Bytes bytes(size);
+    for (auto& byte : bytes) byte = static_cast<unsigned char>(random());
+    return bytes;
+}
 
 inline bool StartsWith(const std::string& text, const std::string& start) {
     return text.compare(0, start.size(), start) == 0;
@@ -80,6 +90,14 @@ struct VerbResult {
 // Runs the trelvane executable under test with args in folder dir, keeping
 // standard error apart: for the verbs, which print their errors there.
 VerbResult RunVerb(const std::filesystem::path& dir, const std::vector<std::string>& args);
+
+// A verb's refusal: status 1, nothing on standard output, a message on
+// standard error.
+inline void ExpectRefusal(const VerbResult& run) {
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.output, "");
+    EXPECT_NE(run.errors, "");
+}
 
 // Copies the executable under test, with the library it loads from its own
 // folder on Windows, into folder; returns the copy's path.

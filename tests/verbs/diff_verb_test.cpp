@@ -10,18 +10,12 @@
 
 namespace {
 
-Bytes Random(size_t size, unsigned seed) {
-    std::mt19937 random(seed);
-    Bytes bytes(size);
-    for (auto& byte : bytes) byte = static_cast<unsigned char>(random());
-    return bytes;
-}
-
 // Each format's patch, applied by the apply verb, gives the modified file,
 // whether it grew or shrank.
 TEST(DiffVerb, EveryFormatRebuildsTheModifiedFile) {
     TempDir dir;
-    const Bytes original = Random(70000, 1);
+    std::mt19937 random(1);
+    const Bytes original = RandomBytes(70000, random);
     Bytes grown = original, shrunk(original.begin(), original.begin() + 50000);
     grown.insert(grown.begin() + 3000, 500, 0xFF);
     grown[60000] ^= 0x42;
@@ -48,10 +42,11 @@ TEST(DiffVerb, EveryFormatRebuildsTheModifiedFile) {
 // with libdivsufsort.
 TEST(DiffVerb, BpsPatchIsTheEnginesOnEverySystem) {
     TempDir dir;
-    const Bytes random = Random(300000, 2);
+    std::mt19937 random(2);
+    const Bytes noise = RandomBytes(300000, random);
     Bytes repeating(300000);
-    for (size_t at = 0; at < repeating.size(); ++at) repeating[at] = random[at % 1000 * 7 % 993];
-    for (const Bytes* original : {&random, static_cast<const Bytes*>(&repeating)}) {
+    for (size_t at = 0; at < repeating.size(); ++at) repeating[at] = noise[at % 1000 * 7 % 993];
+    for (const Bytes* original : {&noise, static_cast<const Bytes*>(&repeating)}) {
         Bytes modified = *original;
         modified.insert(modified.begin() + 1234, original->begin() + 200000, original->begin() + 203000);
         for (size_t at = 5000; at < modified.size(); at += 9000) modified[at] ^= 0x21;

@@ -68,10 +68,7 @@ TEST_F(FindVerb, Refusals) {
     for (const std::vector<std::string>& args :
          {std::vector<std::string>{"game.sfc", "HELLO"}, {"game.sfc", "--table", "letters.tbl"},
           {"game.sfc", "HELLO", "--table", "letters.tbl", "--wide", "--relative"}}) {
-        const VerbResult run = Find(args);
-        EXPECT_EQ(run.status, 1);
-        EXPECT_EQ(run.output, "");
-        EXPECT_NE(run.errors, "");
+        ExpectRefusal(Find(args));
     }
     EXPECT_EQ(ReadFile(dir / "game.sfc"), image);
 }

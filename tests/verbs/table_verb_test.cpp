@@ -44,10 +44,7 @@ TEST(TableVerb, RefusalsLeaveTheOutputAsItWas) {
     }
     for (const std::vector<std::string>& args : {std::vector<std::string>{"table"}, {"table", "convert", "good.tbl"},
                                                  {"table", "split", "good.tbl"}}) {
-        const VerbResult run = RunVerb(dir.path(), args);
-        EXPECT_EQ(run.status, 1);
-        EXPECT_EQ(run.output, "");
-        EXPECT_NE(run.errors, "");
+        ExpectRefusal(RunVerb(dir.path(), args));
     }
     EXPECT_EQ(ReadText(dir / "out.txt"), "keep me");
 }

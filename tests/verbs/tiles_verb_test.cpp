@@ -181,10 +181,7 @@ TEST_F(TilesVerb, RefusalsLeaveEveryFileAsItWas) {
          {std::vector<std::string>{"export", "game.sfc", "2AE0", "--count", "1", "-o", "x.png"},
           {"export", "game.sfc", "0", "--count", "12q", "-o", "x.png"}, {"export", "game.sfc", "0", "-o", "x.png"},
           {"import", "game.sfc", "one.png"}, {"resize", "game.sfc"}, {}}) {
-        const VerbResult run = Tiles(args);
-        EXPECT_EQ(run.status, 1);
-        EXPECT_EQ(run.output, "");
-        EXPECT_NE(run.errors, "");
+        ExpectRefusal(Tiles(args));
     }
     EXPECT_EQ(ReadFile(dir / "game.sfc"), image);
 }
